@@ -1,0 +1,23 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Runs a command on an X server of its own, without a window manager, and ends the server with it.
+# STALLO_SCREEN sets the size, 1920x1080 without it.
+set -eu
+folder=$(mktemp -d)
+server=
+cleanup() {
+    if [ -n "$server" ]; then
+        kill "$server" 2>/dev/null || :
+        wait "$server" 2>/dev/null || :
+    fi
+    rm -rf "$folder"
+}
+trap cleanup EXIT
+trap 'exit 143' TERM
+trap 'exit 130' INT HUP
+mkfifo "$folder/display"
+Xvfb -displayfd 3 -screen 0 "${STALLO_SCREEN:-1920x1080}x24" -nolisten tcp -noreset \
+    3>"$folder/display" >/dev/null 2>&1 &
+server=$!
+read -r number <"$folder/display"
+DISPLAY=":$number" QT_QPA_PLATFORM=xcb "$@"
