@@ -11,6 +11,17 @@ QRegExp VaskSettings::numPatternNumbers;
 QString VaskSettings::localSymbols;
 QString VaskSettings::latinSymbols;
 
+namespace
+{
+
+// Devices mark a character that they could not read with "?" or "*".
+QString unreadableAs(QChar mark, QString number)
+{
+    return number.replace(QLatin1Char('?'), mark).replace(QLatin1Char('*'), mark);
+}
+
+} // namespace
+
 void VaskSettings::init()
 {
     localSymbols = QObject::tr("__", "VaskSettings");
@@ -64,11 +75,15 @@ QString VaskSettings::translateFromLocal(const QString &number)
     return result;
 }
 
-QString VaskSettings::picFileName(QString number, const QDateTime &time)
+QString VaskSettings::readableNumber(const QString &number)
 {
-    number.replace(QLatin1Char('?'), QLatin1Char('-')).replace(QLatin1Char('*'), QLatin1Char('-'));
-    return time.toUTC().toString(dateFormat()) + QLatin1Char('_') + number +
-           QStringLiteral(".jpeg");
+    return unreadableAs(QLatin1Char('#'), number);
+}
+
+QString VaskSettings::picFileName(const QString &number, const QDateTime &time)
+{
+    return time.toUTC().toString(dateFormat()) + QLatin1Char('_') +
+           unreadableAs(QLatin1Char('-'), number) + QStringLiteral(".jpeg");
 }
 
 QString VaskSettings::picFileDir(const QString &host)

@@ -40,6 +40,9 @@ public:
     // set is empty the text is returned as it is.
     static QString translateFromLocal(const QString &number);
 
+    // The number as it is shown: "#" for every character that the device could not read.
+    static QString readableNumber(const QString &number);
+
     // The name of a passage's picture: UTC time and number. UTC keeps the names of a passage the
     // same on panel and device, whatever time zone each is set to.
     template <typename PassageRecord>
@@ -59,5 +62,5 @@ public:
     static QString dateFormat();
 
 private:
-    static QString picFileName(QString number, const QDateTime &time);
+    static QString picFileName(const QString &number, const QDateTime &time);
 };
