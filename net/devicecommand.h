@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// The one-byte commands of a device's on-line port, each over a connection of its own.
+namespace DeviceCommand
+{
+
+constexpr char keepAlive = '\xFF';
+constexpr char openBarrier = '\xFD';
+constexpr char reloadAccessList = '\xEF';
+
+// Sends one command byte. Waits at most 3 s for the connection, also in the GUI thread, without an
+// event loop; nothing is read. Empty, or the socket's error text.
+QString send(const QString &host, char command);
+
+} // namespace DeviceCommand

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "net/deviceidentity.h"
+
+#include "net/getfile.h"
+
+#include <QElapsedTimer>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTemporaryFile>
+#include <QTextCodec>
+
+namespace
+{
+
+// The toolkit's reader turns values that begin with such a mark into objects of any type, escaped
+// characters included. A device has no business sending one.
+bool buildsObjects(const QByteArray &file)
+{
+    static const QRegularExpression mark(
+        QStringLiteral(R"(@Variant\(|@[A-Za-z]*\\|\\x0*40|\\0*100)"),
+        QRegularExpression::CaseInsensitiveOption);
+    return mark.match(QString::fromLatin1(file)).hasMatch();
+}
+
+} // namespace
+
+QString DeviceIdentity::parse(const QByteArray &file, const QString &fallback)
+{
+    if (file.size() > largestFile || buildsObjects(file)) {
+        return fallback;
+    }
+    // The toolkit reads INI texts from files only, and remembers them by name: a name of its own.
+    QTemporaryFile copy;
+    if (!copy.open() || copy.write(file) != file.size() || !copy.flush()) {
+        return fallback;
+    }
+    QSettings ini(copy.fileName(), QSettings::IniFormat);
+    ini.setIniCodec(QTextCodec::codecForLocale());
+    return ini.value(QStringLiteral("/common/deviceid"), fallback)
+        .toStringList()
+        .join(QStringLiteral(", "));
+}
+
+QString DeviceIdentity::fetch(const QString &host, Patience patience, const QString &fallback,
+                              const SocketWait::Cancelled &cancelled)
+{
+    QTemporaryFile local;
+    if (!local.open()) {
+        return fallback;
+    }
+    GetFile get(host, local.fileName(), nullptr);
+    QElapsedTimer clock;
+    clock.start();
+    while (!cancelled() && clock.elapsed() < patience.totalMsec) {
+        if (get(QStringLiteral("/etc/streams.ini"))) {
+            local.seek(0);
+            return parse(local.read(largestFile + 1), fallback);
+        }
+        SocketWait::pause(patience.pauseMsec, cancelled);
+    }
+    return fallback;
+}

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "net/videoframetoken.h"
+#include "records/access.h"
+#include "records/online.h"
+
+#include <QEvent>
+#include <QString>
+
+#include <utility>
+
+// What workers and pages tell one another: custom events, posted to the receiving page with
+// QCoreApplication::postEvent(), which takes them over. Everything is copied at construction and
+// nobody touches an event after posting it, so they cross threads without locks. The numbers are
+// what receivers switch on.
+namespace EventNumber
+{
+enum : int { OnLine = 1001, Pipe = 1002, Suffered = 1003, Video = 1004, Progress = 1005 };
+}
+
+// A passage that a device has just reported, or, as a repost, one reported before whose picture has
+// arrived only now. fileName is the picture's local path; the file may be missing.
+class OnLineEvent : public QEvent
+{
+public:
+    OnLineEvent(QString hostName, const OnLine &onLine, QString fileName, QString vaskId,
+                bool repost)
+        : QEvent(Type(EventNumber::OnLine))
+        , onLine_(onLine)
+        , fileName_(std::move(fileName))
+        , hostName_(std::move(hostName))
+        , vaskId_(std::move(vaskId))
+        , repost_(repost)
+    {
+    }
+
+    const OnLine &onLine() const { return onLine_; }
+    const QString &fileName() const { return fileName_; }
+    const QString &hostName() const { return hostName_; }
+    const QString &vaskId() const { return vaskId_; }
+    bool repost() const { return repost_; }
+
+private:
+    OnLine onLine_;
+    QString fileName_;
+    QString hostName_;
+    QString vaskId_;
+    bool repost_;
+};
+
+// A change of a connection: a QAbstractSocket::SocketState, a text, and the device slot of the
+// client, -1 when it is not told.
+class PipeEvent : public QEvent
+{
+public:
+    PipeEvent()
+        : QEvent(Type(EventNumber::Pipe))
+    {
+    }
+
+    int state = 0;
+    QString message;
+    int channel = -1;
+};
+
+// An entry for the access list page, on its way from another page.
+class SufferedEvent : public QEvent
+{
+public:
+    explicit SufferedEvent(const Access &access)
+        : QEvent(Type(EventNumber::Suffered))
+        , access_(access)
+    {
+    }
+
+    const Access &access() const { return access_; }
+
+private:
+    Access access_;
+};
+
+// A fresh camera frame, or, with an empty photo, the news that none has come for a while. All
+// channels share one frame file: the token keeps the others from overwriting it until this event is
+// delivered and deleted.
+class VideoEvent : public QEvent
+{
+public:
+    VideoEvent(QString hostName, QString photo, int channel,
+               VideoFrameToken token = VideoFrameToken())
+        : QEvent(Type(EventNumber::Video))
+        , hostName_(std::move(hostName))
+        , photo_(std::move(photo))
+        , channel_(channel)
+        , token_(std::move(token))
+    {
+    }
+
+    const QString &hostName() const { return hostName_; }
+    const QString &photo() const { return photo_; }
+    int channel() const { return channel_; }
+
+private:
+    QString hostName_;
+    QString photo_;
+    int channel_;
+    VideoFrameToken token_;
+};
+
+// How far a job is, in percent.
+class ProgressEvent : public QEvent
+{
+public:
+    explicit ProgressEvent(int value)
+        : QEvent(Type(EventNumber::Progress))
+        , value_(value)
+    {
+    }
+
+    int value() const { return value_; }
+
+private:
+    int value_;
+};

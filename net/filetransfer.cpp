@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "net/filetransfer.h"
+
+#include "app/settings.h"
+#include "net/fileprotocol.h"
+#include "net/socketwait.h"
+
+#include <QElapsedTimer>
+
+FileTransfer::FileTransfer(const QString &host, const QString &fileName, int timeout,
+                           QObject *parent)
+    : QTcpSocket(parent)
+    , host_(host)
+    , fileName_(fileName)
+    , settings_(Settings::instance())
+    , timeout_(timeout)
+{
+}
+
+void FileTransfer::copyTexts(const FileTransfer &other)
+{
+    errorText_ = other.errorText_;
+    host_ = other.host_;
+    fileName_ = other.fileName_;
+}
+
+void FileTransfer::end(bool error, const QString &message)
+{
+    if (error) {
+        failed_ = true;
+        errorText_ = message.isEmpty() ? errorString() : message;
+    }
+    SocketWait::close(*this, timeout_, SocketWait::interrupted);
+}
+
+bool FileTransfer::fail(const QString &message)
+{
+    end(true, message);
+    return false;
+}
+
+bool FileTransfer::openConnection()
+{
+    failed_ = false;
+    errorText_.clear();
+    answer_.clear();
+    if (state() != UnconnectedState) {
+        disconnectFromHost();
+        if (state() != UnconnectedState) {
+            abort();
+        }
+    }
+    const auto port =
+        static_cast<quint16>(settings_ != nullptr ? settings_->fileTransferPort() : 0);
+    switch (SocketWait::connectToHost(*this, host_, port, timeout_, SocketWait::interrupted)) {
+    case SocketWait::Outcome::Connected:
+        return true;
+    case SocketWait::Outcome::TimedOut:
+        setSocketError(SocketTimeoutError);
+        setErrorString(QAbstractSocket::tr("Socket operation timed out"));
+        return false;
+    case SocketWait::Outcome::Failed:
+    case SocketWait::Outcome::CalledOff:
+        break;
+    }
+    return false;
+}
+
+bool FileTransfer::sendRequest(const QByteArray &request)
+{
+    if (write(request) < request.size()) {
+        return false;
+    }
+    while (flush()) {
+    }
+    return true;
+}
+
+bool FileTransfer::receiveAnswer()
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!canReadLine() && isConnected()) {
+        if (bytesAvailable() > FileProtocol::longestAnswer || clock.hasExpired(timeout_) ||
+            SocketWait::interrupted()) {
+            setErrorString(QAbstractSocket::tr("Socket operation timed out"));
+            return false;
+        }
+        waitForReadyRead(10);
+    }
+    // A device may answer, send everything and close: the line may be gone and the answer here.
+    if (!canReadLine()) {
+        return false;
+    }
+    const QByteArray line = readLine();
+    if (line.size() > FileProtocol::longestAnswer) {
+        setErrorString(QAbstractSocket::tr("Socket operation timed out"));
+        return false;
+    }
+    answer_ = FileProtocol::stripped(line);
+    return true;
+}

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "records/online.h"
+
+#include <QString>
+
+class OnLineEvent;
+
+// Fetches the picture of one passage that could not be had when the passage came: every 3 s for a
+// minute. load() runs on a thread of its own and ends within 100 ms of that thread's interruption.
+class OnlinePictureLoader
+{
+public:
+    OnlinePictureLoader(const OnLine &onLine, const QString &host, const QString &vaskId);
+
+    // The event that announces the picture, for the caller to post or delete; null when it never
+    // came.
+    OnLineEvent *load(QString localPath);
+
+private:
+    OnLine onLine_;
+    QString host_;
+    QString vaskId_;
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QAbstractSocket;
+
+// Waits of worker threads that end within 100 ms of being called off. Never in the GUI thread.
+namespace SocketWait
+{
+
+using Cancelled = std::function<bool()>;
+
+// Whether the current thread was asked to end.
+bool interrupted();
+
+// Sleeps; false when it was called off.
+bool pause(qint64 msec, const Cancelled &cancelled);
+
+enum class Outcome { Connected, Failed, TimedOut, CalledOff };
+
+// Connects in a local event loop of the current thread, since the toolkit's own blocking wait
+// cannot be called off. Unless connected, the socket is left unconnected.
+Outcome connectToHost(QAbstractSocket &socket, const QString &host, quint16 port, int msec,
+                      const Cancelled &cancelled);
+
+// Closes gently, waiting up to msec for what is still to be sent; then breaks off.
+void close(QAbstractSocket &socket, int msec, const Cancelled &cancelled);
+
+} // namespace SocketWait
