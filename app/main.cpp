@@ -1,4 +1,89 @@
-int main()
+// SPDX-License-Identifier: MIT
+#include "app/errorbrowser.h"
+#include "app/mainwindow.h"
+#include "app/screenshots.h"
+#include "app/settings.h"
+#include "app/shutdownsignals.h"
+#include "app/startup.h"
+#include "records/localtext.h"
+#include "records/vasksettings.h"
+#include "resources/resources.h"
+#include "style/brelstyle.h"
+#include "style/brelwindow.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLocale>
+#include <QLockFile>
+#include <QTranslator>
+
+namespace
 {
+
+void applyStyle()
+{
+    auto *style = new BrelStyle;
+    QApplication::setStyle(style); // which takes it over
+    QApplication::setPalette(style->standardPalette());
+}
+
+// A catalogue of the system's language in the current directory; one that is missing changes nothing.
+void installCatalogue(QTranslator &translator, const QString &baseName)
+{
+    translator.load(baseName + QLocale::system().name());
+    QCoreApplication::installTranslator(&translator);
+}
+
+int refuseSecondStart()
+{
+    applyStyle();
+    ErrorBrowser::error(QCoreApplication::translate("main", "Error"),
+                        QCoreApplication::translate("main", "Stallo is already running."), nullptr);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    LocalText::useCodecOfLocale();
+    initStalloResources();
+
+    new Settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Dorvel Ltd"),
+                 QStringLiteral("Stallo"), &application);
+    Settings::instance()->init();
+
+    QTranslator toolkitCatalogue;
+    installCatalogue(toolkitCatalogue, QStringLiteral("qt_"));
+    QTranslator ownCatalogue;
+    installCatalogue(ownCatalogue, QStringLiteral("vaskparking_"));
+    VaskSettings::init();
+
+    Startup::initTempDirectories();
+    const auto lock = Startup::lockWorkingDirectory();
+    if (!lock) {
+        return refuseSecondStart();
+    }
+
+    BrelWindow frame;
+    topLevelBrelWindow = &frame;
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icon1.ico")));
+    MainWindow window;
+    frame.setCentralWidget(&window);
+    frame.setWindowTitle(QStringLiteral("<i>") + window.windowTitle() + QStringLiteral(" </i>"));
+    applyStyle();
+    frame.setMinimumSize(1024, 512);
+    Startup::restoreGeometry(frame);
+
+    Startup::parseCmdLine(argc, argv);
+    QObject::connect(&application, &QApplication::lastWindowClosed, &application, &QCoreApplication::quit);
+    const ShutdownSignals shutdownSignals(nullptr);
+    const Screenshots screenshots(&frame, nullptr);
+    if (QApplication::exec() == 0) {
+        Startup::storeGeometry(frame);
+    }
     return 0;
 }

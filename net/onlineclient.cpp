@@ -197,18 +197,19 @@ void OnlineClient::receiveRecord(Line &line)
 {
     OnLine record;
     if (line.socket.read(record.data(), OnLine::size) < OnLine::size) {
-        line.socket.abort();
+        abortQuietly(line);
         return;
     }
     record.translateFromLocal();
     const QString localPath = livePicturePath(*settings_, record);
     GetFile get(line.host, localPath, nullptr);
     if (!get(record.fileName())) {
-        loadLater(record, line, localPath);
-        if (!stopRequested()) {
-            postPipe(line.socket.state(),
-                     get.transferError() + QStringLiteral(" : ") + record.fileName(), line.channel);
+        if (stopRequested()) {
+            return;
         }
+        loadLater(record, line, localPath);
+        postPipe(line.socket.state(),
+                 get.transferError() + QStringLiteral(" : ") + record.fileName(), line.channel);
     }
     if (!hostChanged()) {
         post(new OnLineEvent(line.host, record, localPath, line.vaskId, false));

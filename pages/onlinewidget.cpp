@@ -1,0 +1,462 @@
+// SPDX-License-Identifier: MIT
+#include "pages/onlinewidget.h"
+
+#include "app/addressdialog.h"
+#include "app/errorbrowser.h"
+#include "app/settings.h"
+#include "app/shellaccess.h"
+#include "net/devicecommand.h"
+#include "net/events.h"
+#include "pages/onlinechannel.h"
+#include "pages/passagedetails.h"
+#include "pages/photofiles.h"
+#include "pages/proportionalsclalewidget.h"
+#include "pages/temporarydata.h"
+#include "records/scanmodel.h"
+#include "records/vasksettings.h"
+#include "ui_onlinewidget.h"
+
+#include <QAbstractSocket>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScopedValueRollback>
+
+OnLineWidget::OnLineWidget(QWidget *parent) : QWidget(parent), ui_(std::make_unique<Ui_OnLineWidgetClass>())
+{
+    clearTempData(); // before anything else, so that every run starts with an empty table
+    ui_->setupUi(this);
+    createTable();
+    createMenu();
+    createViews();
+    ui_->buttomNetworkSetup->hide();
+    wire();
+}
+
+OnLineWidget::~OnLineWidget()
+{
+    if (save_) {
+        save_->requestInterruption();
+        save_.reset();
+    }
+}
+
+void OnLineWidget::createTable()
+{
+    model_ = new ScanModel(Settings::instance()->onLineTempFile(), this);
+    ui_->tableViewOnLine->setModel(model_);
+    const QFontMetrics metrics(ui_->tableViewOnLine->font());
+    const int date = metrics.horizontalAdvance(QStringLiteral("00 September 0000 00:00:00  "));
+    ui_->tableViewOnLine->setColumnWidth(ScanModel::DateColumn, date);
+    ui_->buttonSave->setEnabled(false);
+    ui_->buttonSavePhoto->setEnabled(false);
+}
+
+void OnLineWidget::createMenu()
+{
+    const QString title = tr("Add number to suffered");
+    menu_ = new QMenu(title, ui_->tableViewOnLine);
+    connect(menu_->addAction(title), &QAction::triggered, this, &OnLineWidget::addToSuffered);
+}
+
+void OnLineWidget::createViews()
+{
+    photo_ = new ProportionalSclaleWidget(tr("No Photo"), ui_->labelPhoto);
+    auto *layout = new QVBoxLayout(ui_->labelPhoto);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(photo_);
+    channels_[0] = std::make_unique<OnlineChannel>(0, this, ui_->labelPhoto0, ui_->buttonDisconnect1,
+                                                   ui_->buttonOpenBarrier1);
+    channels_[1] = std::make_unique<OnlineChannel>(1, this, ui_->labelPhoto1, ui_->buttonDisconnect2,
+                                                   ui_->buttonOpenBarrier2);
+}
+
+void OnLineWidget::wire()
+{
+    const QTableView *table = ui_->tableViewOnLine;
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &OnLineWidget::showRecord);
+    connect(table, &QTableView::activated, this, &OnLineWidget::showRecord);
+    connect(table, &QTableView::clicked, this, &OnLineWidget::showRecord);
+    connect(table, &QTableView::customContextMenuRequested, this, &OnLineWidget::menuRequested);
+    connect(ui_->buttonSave, &QPushButton::clicked, this, &OnLineWidget::saveTableToFile);
+    connect(ui_->buttonSavePhoto, &QPushButton::clicked, this, &OnLineWidget::savePhoto);
+    connect(ui_->buttonNewTable, &QPushButton::clicked, this, &OnLineWidget::newTable);
+    for (const QPushButton *select : {ui_->buttonSelectDevice1, ui_->buttonSelectDevice2}) {
+        connect(select, &QPushButton::clicked, this, qOverload<>(&OnLineWidget::selectDevice));
+    }
+    for (const QPushButton *release : {ui_->buttonDisconnect1, ui_->buttonDisconnect2}) {
+        connect(release, &QPushButton::clicked, this, &OnLineWidget::disconnectFromDevice);
+    }
+    for (const QPushButton *barrier : {ui_->buttonOpenBarrier1, ui_->buttonOpenBarrier2}) {
+        connect(barrier, &QPushButton::clicked, this, &OnLineWidget::openBarrier);
+    }
+}
+
+int OnLineWidget::senderChannel(const QAbstractButton *first, const QAbstractButton *second) const
+{
+    const QObject *button = sender();
+    if (button == nullptr) {
+        return -1;
+    }
+    return button == first ? 0 : button == second ? 1 : -1;
+}
+
+void OnLineWidget::selectDevice() { selectDevice(QString()); }
+
+void OnLineWidget::selectDevice(const QString &address)
+{
+    const int button = senderChannel(ui_->buttonSelectDevice1, ui_->buttonSelectDevice2);
+    QString chosen = address;
+    if (chosen.isEmpty() && button >= 0) {
+        AddressDialog dialog(this);
+        dialog.exec();
+        chosen = dialog.result();
+    }
+    if (!chosen.isEmpty()) {
+        channels_[static_cast<std::size_t>(qMax(0, button))]->assign(chosen);
+    }
+}
+
+void OnLineWidget::disconnectFromDevice()
+{
+    const int channel = senderChannel(ui_->buttonDisconnect1, ui_->buttonDisconnect2);
+    if (channel >= 0) {
+        channels_[static_cast<std::size_t>(channel)]->release();
+    }
+}
+
+void OnLineWidget::openBarrier()
+{
+    const int channel = senderChannel(ui_->buttonOpenBarrier1, ui_->buttonOpenBarrier2);
+    if (channel < 0) {
+        return;
+    }
+    const QString error = DeviceCommand::send(channels_[static_cast<std::size_t>(channel)]->host(),
+                                              DeviceCommand::openBarrier);
+    if (!error.isEmpty()) {
+        ErrorBrowser::error(tr("Error"), error, this);
+    }
+}
+
+void OnLineWidget::customEvent(QEvent *event)
+{
+    switch (static_cast<int>(event->type())) {
+    case EventNumber::OnLine:
+        handlePassage(*static_cast<OnLineEvent *>(event));
+        break;
+    case EventNumber::Pipe:
+        handlePipe(*static_cast<PipeEvent *>(event));
+        break;
+    case EventNumber::Video: {
+        const auto &frame = *static_cast<VideoEvent *>(event);
+        if (frame.channel() == 0 || frame.channel() == 1) {
+            channels_[static_cast<std::size_t>(frame.channel())]->showFrame(frame);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+bool OnLineWidget::isWatched(const QString &host) const
+{
+    return !host.isEmpty() && (host == channels_[0]->host() || host == channels_[1]->host());
+}
+
+void OnLineWidget::handlePassage(const OnLineEvent &event)
+{
+    if (!event.onLine().isValid() || !isWatched(event.hostName())) {
+        return;
+    }
+    if (event.repost()) {
+        showLatePicture(event);
+        return;
+    }
+    // The identifier first: a row never stands without its entry.
+    if (!index_.isOpen()) {
+        index_.open(model_->indexFile(), QIODevice::WriteOnly);
+    }
+    index_.write(model_->rowCount(), event.vaskId());
+    model_->freeSpace();
+    insertRecord(Scan(event.onLine()));
+}
+
+void OnLineWidget::showLatePicture(const OnLineEvent &event)
+{
+    const QDateTime time = event.onLine().dateTime();
+    const int current = ui_->tableViewOnLine->currentIndex().row();
+    for (int row = model_->rowCount() - 1; row >= 0; --row) {
+        const QDateTime rowTime = model_->value(row).dateTime();
+        if (rowTime < time) {
+            return;
+        }
+        if (rowTime == time && row == current) {
+            showRecord(ui_->tableViewOnLine->currentIndex());
+            return;
+        }
+    }
+}
+
+void OnLineWidget::handlePipe(const PipeEvent &event)
+{
+    const bool lost = event.state == QAbstractSocket::UnconnectedState && !event.message.isEmpty();
+    if (!lost) {
+        channels_[event.channel == 0 ? 0 : 1]->showConnected();
+    }
+    if (isVisible()) {
+        setDeviceString();
+    }
+}
+
+void OnLineWidget::insertRecord(const Scan &scan)
+{
+    const int rows = model_->rowCount();
+    // In an empty table there is no current row: -1 is then the last row as well.
+    const bool follow = ui_->tableViewOnLine->currentIndex().row() == rows - 1;
+    if (!model_->append(scan)) {
+        if (index_.isOpen()) {
+            index_.cut(rows);
+        }
+        reportFullDisk();
+        return;
+    }
+    ui_->buttonSave->setEnabled(true);
+    if (follow) {
+        showRecord(model_->index(rows, 0));
+    }
+}
+
+void OnLineWidget::reportFullDisk()
+{
+    // Passages go on coming while the box is open; one box tells it all.
+    if (reportingFullDisk_) {
+        return;
+    }
+    const QScopedValueRollback<bool> reporting(reportingFullDisk_, true);
+    QMessageBox::critical(this, tr("Data error"), tr("It is not enoth space on disk!"), QMessageBox::Ok);
+}
+
+void OnLineWidget::showRecord(const QModelIndex &index)
+{
+    if (settingCurrent_) {
+        return; // announced by the change of the current row below
+    }
+    if (index != ui_->tableViewOnLine->currentIndex()) {
+        const QScopedValueRollback<bool> setting(settingCurrent_, true);
+        ui_->tableViewOnLine->setCurrentIndex(index);
+    }
+    if (!index.isValid()) {
+        photo_->clear();
+        return;
+    }
+    const Scan scan = model_->value(index.row());
+    const QString photo = photoPath(scan);
+    photo_->setLayers(photo, PassageDetails::onLineLines(scan));
+    ui_->buttonSavePhoto->setEnabled(QFileInfo::exists(photo));
+}
+
+QString OnLineWidget::photoPath(const Scan &scan) const
+{
+    return PhotoFiles::path(QFileInfo(model_->indexFile()).absolutePath(), VaskSettings::picFileDir(), scan);
+}
+
+void OnLineWidget::setDeviceString()
+{
+    const QString online = tr("Online");
+    const QString first = channels_[0]->host().toHtmlEscaped();
+    const QString second = channels_[1]->host().toHtmlEscaped();
+    if (first.isEmpty() && second.isEmpty()) {
+        ShellAccess::showDeviceName(
+            QStringLiteral("<center><font color='white' size='+2'>%1</font></center>").arg(online));
+        return;
+    }
+    const QString hosts = first.isEmpty()    ? second
+                          : second.isEmpty() ? first
+                                             : QStringLiteral("%1 / %2").arg(first, second);
+    const bool connected = channels_[0]->isConnected() || channels_[1]->isConnected();
+    ShellAccess::showDeviceName(
+        QStringLiteral("<center><font color='white' size='+2'>%1 - </font><font color='%2' size='+2'><I>[%3]</I>"
+                       "</font></center>")
+            .arg(online, connected ? QStringLiteral("White") : QStringLiteral("Grey"), hosts));
+}
+
+void OnLineWidget::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    setDeviceString();
+}
+
+void OnLineWidget::menuRequested(const QPoint &position)
+{
+    menu_->popup(ui_->tableViewOnLine->viewport()->mapToGlobal(position));
+}
+
+void OnLineWidget::addToSuffered()
+{
+    const QModelIndex current = ui_->tableViewOnLine->currentIndex();
+    QObject *receiver = ShellAccess::accessEntryReceiver();
+    if (!current.isValid() || receiver == nullptr) {
+        return;
+    }
+    const Scan scan = model_->value(current.row());
+    Access access;
+    access.setNumber(scan.number());
+    access.setAccessKey(scan.accessKey());
+    access.setComment(scan.comment());
+    QCoreApplication::postEvent(receiver, new SufferedEvent(access));
+}
+
+void OnLineWidget::newTable()
+{
+    clearTable();
+    clearTempData();
+    // Its files were deleted under it.
+    model_->setFileName(Settings::instance()->onLineTempFile());
+}
+
+void OnLineWidget::clearTable()
+{
+    photo_->clear();
+    index_.close(); // the next passage starts it anew
+    model_->removeRows(0, qMax(0, model_->rowCount() - 1));
+    ui_->buttonSave->setEnabled(false);
+    ui_->buttonSavePhoto->setEnabled(false);
+}
+
+void OnLineWidget::clearTempData()
+{
+    if (const Settings *settings = Settings::instance()) {
+        TemporaryData::clear(settings->onLineTempDirectory());
+    }
+}
+
+void OnLineWidget::saveTableToFile()
+{
+    const QString csvFilter = tr("Comma separated values file (*.csv)");
+    const QString dumpFilter = tr("Dump file (*%1)").arg(VaskSettings::passbaseSuffix());
+    QString filter;
+    const QString name = QFileDialog::getSaveFileName(
+        this, tr("Save on-line table to file"), Settings::instance()->lastSavedOnLineFile(),
+        csvFilter + QStringLiteral(";;") + dumpFilter, &filter, QFileDialog::DontUseNativeDialog);
+    if (name.isEmpty()) {
+        return;
+    }
+    if (filter == dumpFilter) {
+        startSave(&OnLineWidget::saveTableToDatFile, Settings::extended(name, VaskSettings::passbaseSuffix()));
+    } else {
+        startSave(&OnLineWidget::saveTableToCSVFile, Settings::extended(name, QStringLiteral(".csv")));
+    }
+}
+
+void OnLineWidget::startSave(SaveThread::Method method, const QString &name)
+{
+    showBusy(true);
+    saving_ = tableNow();
+    save_ = std::make_unique<SaveThread>(this, method, name);
+    connect(save_.get(), &QThread::finished, this, &OnLineWidget::threadFinished);
+    save_->start();
+}
+
+void OnLineWidget::threadFinished()
+{
+    if (!save_ || sender() != save_.get()) {
+        return;
+    }
+    save_->wait();
+    const QString result = save_->result();
+    save_.reset();
+    showBusy(false);
+    if (result.contains(QStringLiteral("Error="))) {
+        ErrorBrowser::error(tr("Error"), result, this);
+    } else if (!result.isEmpty()) {
+        ErrorBrowser::error(tr("Error"),
+                            tr("Vask is busy now. Please try again later.") + QLatin1Char('\n') + result, this);
+    }
+}
+
+TableSnapshot OnLineWidget::tableNow() const
+{
+    TableSnapshot table{model_->fileName(), model_->indexFile(), model_->rowCount(), {}};
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        table.titles << model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    }
+    return table;
+}
+
+TableSnapshot OnLineWidget::savedTable() const { return QThread::currentThread() == thread() ? tableNow() : saving_; }
+
+QString OnLineWidget::saveTableToDatFile(QString name)
+{
+    const QString error = TableSave::dump(savedTable(), name);
+    if (!error.isEmpty()) {
+        return error;
+    }
+    const QString folder = QFileInfo(name).absolutePath();
+    Settings::instance()->setLastSavedOnLineFile(folder);
+    return copyPhotos(folder);
+}
+
+QString OnLineWidget::saveTableToCSVFile(QString name)
+{
+    const QString error = TableSave::plainCsv(savedTable(), name);
+    if (error.isEmpty()) {
+        Settings::instance()->setLastSavedOnLineFile(QFileInfo(name).absolutePath());
+    }
+    return error;
+}
+
+QString OnLineWidget::createPhotoDirs(const QString &folder)
+{
+    return PhotoFiles::makeFolder(folder, VaskSettings::picFileDir()) ? QString() : tr("Can't create dir");
+}
+
+QString OnLineWidget::copyPhotos(const QString &folder)
+{
+    const QString error = createPhotoDirs(folder);
+    if (!error.isEmpty()) {
+        return error;
+    }
+    const TableSnapshot table = savedTable();
+    const QString from = QFileInfo(table.indexFile).absolutePath();
+    QStringList errors;
+    const QString readError = TableSave::forEachPassage(table, [&](const Scan &scan) {
+        const QString source = PhotoFiles::path(from, VaskSettings::picFileDir(), scan);
+        const QString destination = PhotoFiles::path(folder, VaskSettings::picFileDir(), scan);
+        if (QFileInfo::exists(source) && !PhotoFiles::isSameFile(source, destination)) {
+            errors << PhotoFiles::copy(source, destination);
+        }
+        return true;
+    });
+    errors << readError;
+    errors.removeAll(QString());
+    return errors.join(QLatin1Char('\n'));
+}
+
+void OnLineWidget::savePhoto()
+{
+    const QModelIndex current = ui_->tableViewOnLine->currentIndex();
+    if (!current.isValid()) {
+        return;
+    }
+    const Scan scan = model_->value(current.row());
+    const QString start = Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
+    const QString name = QFileDialog::getSaveFileName(this, tr("Save photo to file"), start,
+                                                      tr("Image file (*.jpeg)"), nullptr,
+                                                      QFileDialog::DontUseNativeDialog);
+    if (name.isEmpty()) {
+        return;
+    }
+    showBusy(true);
+    const QString error = PhotoFiles::copy(photoPath(scan), Settings::extended(name, QStringLiteral(".jpeg")));
+    showBusy(false);
+    if (!error.isEmpty()) {
+        ErrorBrowser::error(tr("Error"), error, this);
+    }
+}
+
+void OnLineWidget::showBusy(bool busy)
+{
+    ui_->stackedWidget->setCurrentWidget(busy ? ui_->busyPage : ui_->basePage);
+}

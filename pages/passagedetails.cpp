@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "pages/passagedetails.h"
+
+#include "records/vasksettings.h"
+
+namespace
+{
+
+QString labelled(const QString &label, const QString &value) { return label + QStringLiteral(": ") + value; }
+
+} // namespace
+
+QStringList PassageDetails::onLineLines(const Scan &scan)
+{
+    return {number(scan),  date(scan),    accessWay(scan), registration(scan),
+            verdict(scan), comment(scan), accessKey(scan)};
+}
+
+QString PassageDetails::number(const Scan &scan)
+{
+    return labelled(tr("Number"), VaskSettings::readableNumber(scan.number()));
+}
+
+QString PassageDetails::date(const Scan &scan)
+{
+    return labelled(tr("Date"), scan.dateTime().toString(QStringLiteral("hh:mm:ss dd.MM.yyyy")));
+}
+
+QString PassageDetails::accessWay(const Scan &scan)
+{
+    if (VaskSettings::translateFromLocal(scan.number()) != QLatin1String("O000OO00")) {
+        return tr("Access: granted automatically");
+    }
+    return scan.accessKey().isEmpty() ? tr("Access: granted manually") : tr("Access: granted by card");
+}
+
+QString PassageDetails::registration(const Scan &scan)
+{
+    return scan.isInAccessList() ? tr("The number is registered") : tr("The number is not registered");
+}
+
+QString PassageDetails::verdict(const Scan &scan)
+{
+    return scan.isAccessGranted() ? tr("The thoroughfare is granted") : tr("The thoroughfare is not granted");
+}
+
+QString PassageDetails::comment(const Scan &scan) { return labelled(tr("Comment"), scan.comment()); }
+
+QString PassageDetails::accessKey(const Scan &scan) { return labelled(tr("Access key"), scan.accessKey()); }

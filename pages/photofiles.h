@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "records/scan.h"
+
+#include <QString>
+
+// Where the photos of a table lie: in a folder beside the table's file, each under a name made of its
+// passage's time and number. Any thread.
+namespace PhotoFiles
+{
+
+// folder/pictureFolder/name of the passage's picture.
+QString path(const QString &folder, const QString &pictureFolder, const Scan &scan);
+
+// Makes the picture folder in folder where it does not exist; false when it cannot be made.
+bool makeFolder(const QString &folder, const QString &pictureFolder);
+
+// Copies over whatever stands at the destination. Empty, or the error's text; a file onto itself is
+// refused and stays.
+QString copy(const QString &source, const QString &destination);
+
+// Whether both names mean one existing file.
+bool isSameFile(const QString &one, const QString &other);
+
+} // namespace PhotoFiles

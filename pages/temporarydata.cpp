@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "pages/temporarydata.h"
+
+#include "app/settings.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+bool isAtOrAbove(const QString &folder, const QString &other)
+{
+    return !other.isEmpty() && (other == folder || other.startsWith(folder + QLatin1Char('/')));
+}
+
+void deleteFiles(const QDir &folder)
+{
+    const QStringList files = folder.entryList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QString &file : files) {
+        QFile::remove(folder.filePath(file));
+    }
+}
+
+} // namespace
+
+bool TemporaryData::isFolderOfItsOwn(const QString &path)
+{
+    const QFileInfo folder(path);
+    if (path.isEmpty() || !folder.isDir() || folder.isSymLink()) {
+        return false;
+    }
+    const QString real = folder.canonicalFilePath();
+    const Settings *settings = Settings::instance();
+    const QString working = settings != nullptr ? QFileInfo(settings->workingDirectory()).canonicalFilePath() : QString();
+    return real != QLatin1String("/") && !isAtOrAbove(real, QDir::home().canonicalPath()) && !isAtOrAbove(real, working);
+}
+
+void TemporaryData::clear(const QString &path)
+{
+    if (!isFolderOfItsOwn(path)) {
+        return;
+    }
+    const QDir folder(path);
+    deleteFiles(folder);
+    const QFileInfoList inner = folder.entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &each : inner) {
+        deleteFiles(QDir(each.filePath()));
+    }
+}
