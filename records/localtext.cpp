@@ -9,10 +9,24 @@ namespace
 {
 
 constexpr int utf8Mib = 106;
+constexpr int longestUtf8 = 4;
 
 bool isUtf8Continuation(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// How many bytes the sequence takes that begins with this byte; 1 for a byte that begins none.
+int utf8Length(char lead)
+{
+    const auto byte = static_cast<unsigned char>(lead);
+    if (byte >= 0xF0U) {
+        return 4;
+    }
+    if (byte >= 0xE0U) {
+        return 3;
+    }
+    return byte >= 0xC0U ? 2 : 1;
 }
 
 bool localEncodingIsUtf8()
@@ -43,17 +57,23 @@ int LocalText::wholeCharacters(const char *bytes, int size, int limit)
     if (!localEncodingIsUtf8()) {
         return limit;
     }
-    int end = limit;
-    while (end > 0 && isUtf8Continuation(bytes[end])) {
-        --end;
+    // Decided by the bytes before the limit alone, and no further back than a character can reach,
+    // so that a row of bytes that are no UTF-8 at all (a device with another code page) is not
+    // lost.
+    int start = limit - 1;
+    while (start > 0 && limit - start < longestUtf8 && isUtf8Continuation(bytes[start])) {
+        --start;
     }
-    return end;
+    const bool isCut = start >= 0 && start + utf8Length(bytes[start]) > limit;
+    return isCut ? start : limit;
 }
 
 QByteArray LocalText::encoded(const QString &text, int limit)
 {
     // No character takes less than a byte, so the rest of a long text need not be encoded.
-    const QByteArray bytes = text.left(limit + 1).toLocal8Bit();
+    QByteArray bytes = text.left(limit + 1).toLocal8Bit();
+    // A zero character would end the text for every reader.
+    bytes.truncate(static_cast<int>(qstrnlen(bytes.constData(), static_cast<uint>(bytes.size()))));
     return bytes.left(wholeCharacters(bytes.constData(), bytes.size(), limit));
 }
 

@@ -22,11 +22,12 @@ void useCodecOfLocale();
 // the limit would cut is left out. In one-byte code pages this is min(size, limit).
 int wholeCharacters(const char *bytes, int size, int limit);
 
-// text in the local encoding, cut between characters to at most limit bytes.
+// text in the local encoding, up to a zero character if it holds one, cut between characters to at
+// most limit bytes.
 QByteArray encoded(const QString &text, int limit);
 
-// The text bytes of a field of fieldSize bytes: up to the first zero byte, and never its last byte
-// nor the beginning of a character that this last byte would end.
+// The text bytes of a field of fieldSize bytes: up to the first zero byte. A full field gives
+// neither its last byte, whatever it holds, nor the beginning of a character that would need it.
 QByteArray fieldBytes(const char *field, int fieldSize);
 
 // The same, decoded.

@@ -86,9 +86,11 @@ protected:
         return LocalText::fieldBytes(bytes_.data() + field.offset, static_cast<int>(field.size));
     }
 
+    // A time that the word cannot hold, before 1970 or after 2106, is stored as none.
     void setTime(const RecordField &field, const QDateTime &time)
     {
-        setWord(field, time.isValid() ? static_cast<quint32>(time.toSecsSinceEpoch()) : noTime);
+        const qint64 seconds = time.isValid() ? time.toSecsSinceEpoch() : -1;
+        setWord(field, seconds >= 0 && seconds < noTime ? static_cast<quint32>(seconds) : noTime);
     }
 
     bool flag(const RecordField &field) const { return word<quint8>(field) != 0; }

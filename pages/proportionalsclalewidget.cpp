@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: MIT
+#include "pages/proportionalsclalewidget.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QFontMetrics>
+#include <QFontMetricsF>
+#include <QImageReader>
+#include <QLinearGradient>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPolygonF>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr qint64 mostPixels = 64'000'000;
+constexpr qreal smallestPoints = 12;
+
+QFont boldAtLeastSmallest(QFont font)
+{
+    font.setWeight(QFont::Bold);
+    // Fonts set in pixels have no point size of their own.
+    const qreal points = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
+    font.setPointSizeF(std::max(smallestPoints, points));
+    return font;
+}
+
+// One edge of the frame darkens towards the outside.
+void shadeEdge(QPainter &painter, const QPointF &from, const QPointF &to, const QPointF &centre)
+{
+    QLinearGradient gradient((from + to) / 2, centre);
+    gradient.setColorAt(0, Qt::black);
+    gradient.setColorAt(1, Qt::transparent);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(gradient);
+    painter.drawPolygon(QPolygonF{{from, to, centre}});
+}
+
+} // namespace
+
+ProportionalSclaleWidget::ProportionalSclaleWidget(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+ProportionalSclaleWidget::ProportionalSclaleWidget(const QString &emptyText, QWidget *parent)
+    : QWidget(parent)
+    , emptyText_(emptyText)
+{
+    changed();
+}
+
+QPixmap ProportionalSclaleWidget::loadPhoto(const QString &fileName)
+{
+    QImageReader reader(fileName);
+    // A device's file may have any name, and cameras mount upside down: the picture is shown as it
+    // was stored.
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(false);
+    const QSize size = reader.size();
+    if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels) {
+        return QPixmap();
+    }
+    return QPixmap::fromImage(reader.read());
+}
+
+void ProportionalSclaleWidget::setPixmap(const QString &fileName)
+{
+    setPixmap(loadPhoto(fileName));
+}
+
+void ProportionalSclaleWidget::setPixmap(const QPixmap &pixmap)
+{
+    pixmap_ = pixmap;
+    scaled_ = QPixmap();
+    changed();
+}
+
+void ProportionalSclaleWidget::setEmptyText(const QString &emptyText)
+{
+    if (emptyText_ != emptyText) {
+        emptyText_ = emptyText;
+        // A longer caption would reach out of the frame.
+        fitFont();
+    }
+    changed();
+}
+
+void ProportionalSclaleWidget::setLayers(const QString &fileName, const QStringList &lines)
+{
+    lines_ = lines;
+    setPixmap(fileName);
+}
+
+void ProportionalSclaleWidget::setStatistics(const QStringList &lines)
+{
+    lines_ = lines;
+    changed();
+}
+
+void ProportionalSclaleWidget::clear()
+{
+    lines_.clear();
+    setPixmap(QPixmap());
+}
+
+QString ProportionalSclaleWidget::emptyText() const
+{
+    return emptyText_;
+}
+
+QPixmap ProportionalSclaleWidget::pixmap() const
+{
+    return pixmap_;
+}
+
+QStringList ProportionalSclaleWidget::lines() const
+{
+    return lines_;
+}
+
+QRect ProportionalSclaleWidget::frame() const
+{
+    return frame_;
+}
+
+void ProportionalSclaleWidget::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const bool isHigh = height() * 4 >= width() * 3;
+    const QSize size =
+        isHigh ? QSize(width(), qRound(width() * 0.75)) : QSize(qRound(height() / 0.75), height());
+    frame_ = QRect(QPoint(0, 0), size);
+    frame_.moveCenter(rect().center());
+    fitFont();
+}
+
+void ProportionalSclaleWidget::paintEvent(QPaintEvent *event)
+{
+    // Never the event's own rectangle: a part that is uncovered must show that part of the whole.
+    QPainter painter(this);
+    QRect area;
+    if (!pixmap_.isNull()) {
+        area = photoRect();
+        drawPhoto(painter, area);
+    } else if (!emptyText_.isEmpty()) {
+        area = frame_;
+        drawPlaceholder(painter);
+    }
+    if (!lines_.isEmpty()) {
+        drawLines(painter, area);
+    }
+    event->accept();
+}
+
+QRect ProportionalSclaleWidget::photoRect() const
+{
+    QRect target(QPoint(0, 0), pixmap_.size().scaled(size(), Qt::KeepAspectRatio));
+    target.moveCenter(rect().center());
+    return target;
+}
+
+// Makes the caption fit the frame. The width is measured at one size, so that rounding does not
+// add up from resize to resize; the font is set only when it differs, because setting it asks the
+// layout for another round.
+void ProportionalSclaleWidget::fitFont()
+{
+    constexpr qreal probePoints = 100;
+    constexpr qreal captionShare = 0.9;
+
+    QFont fitted = font();
+    fitted.setWeight(QFont::Bold);
+    fitted.setPointSizeF(probePoints);
+    const QSizeF caption =
+        QFontMetricsF(fitted).boundingRect(QRectF(), Qt::AlignCenter, emptyText_).size();
+    qreal points = smallestPoints;
+    if (!caption.isEmpty() && !frame_.isEmpty()) {
+        const qreal factor =
+            std::min(frame_.width() / caption.width(), frame_.height() / caption.height());
+        points = std::max(points, probePoints * captionShare * factor);
+    }
+    fitted.setPointSizeF(points);
+    if (fitted != font()) {
+        setFont(fitted);
+    }
+}
+
+void ProportionalSclaleWidget::changed()
+{
+    const QString name = pixmap_.isNull() ? emptyText_ : tr("Photo");
+    if (accessibleName() != name) {
+        setAccessibleName(name);
+    }
+    const QString description = lines_.join(QLatin1Char('\n'));
+    if (accessibleDescription() != description) {
+        setAccessibleDescription(description);
+    }
+    update();
+}
+
+void ProportionalSclaleWidget::drawPhoto(QPainter &painter, const QRect &target)
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    const QSize pixels = (QSizeF(target.size()) * ratio).toSize();
+    if (pixels.isEmpty()) {
+        return;
+    }
+    // Smooth scaling costs more than all the rest of a painting.
+    if (scaled_.size() != pixels) {
+        scaled_ = pixmap_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(QRectF(target), scaled_, QRectF(scaled_.rect()));
+}
+
+void ProportionalSclaleWidget::drawPlaceholder(QPainter &painter) const
+{
+    if (frame_.isEmpty()) {
+        return;
+    }
+    painter.fillRect(frame_, Qt::red);
+    const QRectF frame(frame_);
+    const QPointF centre = frame.center();
+    shadeEdge(painter, frame.topLeft(), frame.topRight(), centre);
+    shadeEdge(painter, frame.topRight(), frame.bottomRight(), centre);
+    shadeEdge(painter, frame.bottomRight(), frame.bottomLeft(), centre);
+    shadeEdge(painter, frame.bottomLeft(), frame.topLeft(), centre);
+    painter.fillRect(frame_, QBrush(Qt::black, Qt::Dense1Pattern));
+    drawCaption(painter);
+}
+
+void ProportionalSclaleWidget::drawCaption(QPainter &painter) const
+{
+    const QFontMetricsF metrics(font());
+    const QRectF place = metrics.boundingRect(QRectF(frame_), Qt::AlignCenter, emptyText_);
+    QPainterPath path;
+    path.addText(place.left(), place.top() + metrics.ascent(), font(), emptyText_);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::red);
+    painter.setPen(QPen(Qt::black, std::max(1.0, font().pointSizeF() / 15), Qt::SolidLine,
+                        Qt::SquareCap, Qt::BevelJoin));
+    painter.drawPath(path);
+}
+
+void ProportionalSclaleWidget::drawLines(QPainter &painter, const QRect &area) const
+{
+    const QFont lineFont = boldAtLeastSmallest(QApplication::font());
+    const QFontMetrics metrics(lineFont);
+    QPainterPath path;
+    int baseline = 0;
+    for (const QString &line : lines_) {
+        const QRect box = metrics.boundingRect(area, Qt::AlignLeft | Qt::AlignTop, line);
+        baseline += box.height();
+        path.addText(box.left(), baseline, lineFont, line);
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::green);
+    // Where letters touch, the one on top does not cut a hole.
+    path.setFillRule(Qt::WindingFill);
+    painter.drawPath(path);
+}
