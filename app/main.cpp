@@ -27,7 +27,8 @@ void applyStyle()
     QApplication::setPalette(style->standardPalette());
 }
 
-// A catalogue of the system's language in the current directory; one that is missing changes nothing.
+// A catalogue of the system's language in the current directory; one that is missing changes
+// nothing.
 void installCatalogue(QTranslator &translator, const QString &baseName)
 {
     translator.load(baseName + QLocale::system().name());
@@ -79,7 +80,8 @@ int main(int argc, char *argv[])
     Startup::restoreGeometry(frame);
 
     Startup::parseCmdLine(argc, argv);
-    QObject::connect(&application, &QApplication::lastWindowClosed, &application, &QCoreApplication::quit);
+    QObject::connect(&application, &QApplication::lastWindowClosed, &application,
+                     &QCoreApplication::quit);
     const ShutdownSignals shutdownSignals(nullptr);
     const Screenshots screenshots(&frame, nullptr);
     if (QApplication::exec() == 0) {

@@ -19,7 +19,8 @@
 MainWindow *MainWindow::mainWindow_ = nullptr;
 
 MainWindow::MainWindow(QWidget *parent, Qt::WindowFlags flags)
-    : QMainWindow(parent, flags), ui_(std::make_unique<Ui_MainWindowClass>())
+    : QMainWindow(parent, flags)
+    , ui_(std::make_unique<Ui_MainWindowClass>())
 {
     ui_->setupUi(this);
     ui_->statusBar->setSizeGripEnabled(false); // the frame resizes by its edges
@@ -39,7 +40,10 @@ MainWindow::~MainWindow()
     mainWindow_ = nullptr;
 }
 
-MainWindow *MainWindow::activeWindow() { return mainWindow_; }
+MainWindow *MainWindow::activeWindow()
+{
+    return mainWindow_;
+}
 
 void MainWindow::selectTab(eTabSelector selector, const QString &address)
 {
@@ -59,18 +63,30 @@ void MainWindow::selectTab(eTabSelector selector, const QString &address)
     }
 }
 
-void MainWindow::showNext() { stack_->setCurrentIndex((stack_->currentIndex() + 1) % stack_->count()); }
+void MainWindow::showNext()
+{
+    stack_->setCurrentIndex((stack_->currentIndex() + 1) % stack_->count());
+}
 
 void MainWindow::showPrevious()
 {
     stack_->setCurrentIndex((stack_->currentIndex() + stack_->count() - 1) % stack_->count());
 }
 
-void MainWindow::showArchive() { showPage(archive_, archiveButton_); }
+void MainWindow::showArchive()
+{
+    showPage(archive_, archiveButton_);
+}
 
-void MainWindow::showSuffered() { showPage(suffered_, sufferedButton_); }
+void MainWindow::showSuffered()
+{
+    showPage(suffered_, sufferedButton_);
+}
 
-void MainWindow::showOnLine() { showPage(onLine_, onLineButton_); }
+void MainWindow::showOnLine()
+{
+    showPage(onLine_, onLineButton_);
+}
 
 void MainWindow::customEvent(QEvent *event)
 {

@@ -12,12 +12,13 @@ class QStackedWidget;
 class SufferedNumbersWidget;
 class Ui_MainWindowClass;
 
-// Owns the three pages for the whole run, shows one of them at a time, and hands access entries from
-// the other pages to the access list page. Its page buttons stand in the title bar of the frame
-// window, or, where there is no frame, nowhere: the shortcuts Alt+1 to Alt+3 work without them.
+// Owns the three pages for the whole run, shows one of them at a time, and hands access entries
+// from the other pages to the access list page. Its page buttons stand in the title bar of the
+// frame window, or, where there is no frame, nowhere: the shortcuts Alt+1 to Alt+3 work without
+// them.
 //
-// One object, made before the event loop and destroyed after it; it flushes the settings at its end.
-// GUI thread.
+// One object, made before the event loop and destroyed after it; it flushes the settings at its
+// end. GUI thread.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -32,7 +33,8 @@ public:
     // Null before the one main window is built.
     static MainWindow *activeWindow();
 
-    // Shows the page and starts its network action with the device. An unknown selector does nothing.
+    // Shows the page and starts its network action with the device. An unknown selector does
+    // nothing.
     void selectTab(eTabSelector selector, const QString &address);
 
 public Q_SLOTS:

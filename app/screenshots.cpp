@@ -30,7 +30,9 @@ constexpr int untilPageIsPainted = 400;
 } // namespace
 
 Screenshots::Screenshots(BrelWindow *frame, QObject *parent)
-    : QObject(parent), frame_(frame), folder_(qEnvironmentVariable("STALLO_SCREENSHOTS"))
+    : QObject(parent)
+    , frame_(frame)
+    , folder_(qEnvironmentVariable("STALLO_SCREENSHOTS"))
 {
     if (!folder_.isEmpty()) {
         QTimer::singleShot(untilPassagesCame, this, &Screenshots::takeNext);

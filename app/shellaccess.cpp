@@ -13,7 +13,10 @@ QPointer<QObject> mainWindow;
 
 } // namespace
 
-void ShellAccess::setMainWindow(QObject *window) { mainWindow = window; }
+void ShellAccess::setMainWindow(QObject *window)
+{
+    mainWindow = window;
+}
 
 QObject *ShellAccess::accessEntryReceiver()
 {

@@ -22,7 +22,8 @@ void wakeEventLoop(int)
 
 } // namespace
 
-ShutdownSignals::ShutdownSignals(QObject *parent) : QObject(parent)
+ShutdownSignals::ShutdownSignals(QObject *parent)
+    : QObject(parent)
 {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {

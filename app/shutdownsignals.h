@@ -3,9 +3,9 @@
 
 #include <QObject>
 
-// Ends the event loop as if the window had been closed when the session or the operator's script asks
-// the process to end (SIGTERM, SIGINT, SIGHUP): clients stop, the geometry and the settings are
-// stored, and the process returns 0. One object, made after the application object; GUI thread.
+// Ends the event loop as if the window had been closed when the session or the operator's script
+// asks the process to end (SIGTERM, SIGINT, SIGHUP): clients stop, the geometry and the settings
+// are stored, and the process returns 0. One object, made after the application object; GUI thread.
 class ShutdownSignals : public QObject
 {
     Q_OBJECT

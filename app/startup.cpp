@@ -25,7 +25,10 @@ constexpr char maximizedKey[] = "WindowMaximized";
 // How far the corner of a window may lie beyond the screen's right and bottom.
 constexpr int tolerance = 100;
 
-QDir workingDirectory() { return QDir(QDir::home().absoluteFilePath(Settings::instance()->workingDirectory())); }
+QDir workingDirectory()
+{
+    return QDir(QDir::home().absoluteFilePath(Settings::instance()->workingDirectory()));
+}
 
 void makeDirectory(const QString &path)
 {

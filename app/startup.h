@@ -12,8 +12,8 @@ namespace Startup
 {
 
 // Makes the working directory and the temporary directories in it, with their picture folders where
-// they have some. Each is one level, none is ever emptied, and what cannot be made is passed over. A
-// relative working directory lies in the home directory, any other relative one in the working
+// they have some. Each is one level, none is ever emptied, and what cannot be made is passed over.
+// A relative working directory lies in the home directory, any other relative one in the working
 // directory; the process's own directory is never changed.
 void initTempDirectories();
 
@@ -26,8 +26,8 @@ std::unique_ptr<QLockFile> lockWorkingDirectory();
 void restoreGeometry(QWidget &frame);
 void storeGeometry(const QWidget &frame);
 
-// "--archive", "--sufferred", "--online" and a device address, in any order, the last ones win. Other
-// options are passed over, and without an address nothing happens.
+// "--archive", "--sufferred", "--online" and a device address, in any order, the last ones win.
+// Other options are passed over, and without an address nothing happens.
 void parseCmdLine(int argc, char **argv);
 
 } // namespace Startup

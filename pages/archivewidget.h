@@ -3,8 +3,8 @@
 
 #include <QWidget>
 
-// The place of the Archive page: passages downloaded from a device or loaded from a file. For now an
-// empty page with the operations that the main window calls. GUI thread.
+// The place of the Archive page: passages downloaded from a device or loaded from a file. For now
+// an empty page with the operations that the main window calls. GUI thread.
 class ArchiveWidget : public QWidget
 {
     Q_OBJECT

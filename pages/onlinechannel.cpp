@@ -10,11 +10,13 @@
 #include <QImageReader>
 #include <QVBoxLayout>
 
-OnlineChannel::OnlineChannel(int number, QWidget *page, QWidget *place, QAbstractButton *disconnectButton,
-                             QAbstractButton *barrierButton)
-    : view_(new ProportionalSclaleWidget(tr("Not Assigned"), place)), disconnectButton_(disconnectButton),
-      barrierButton_(barrierButton), online_(std::make_unique<OnlineClient>(page)),
-      video_(std::make_unique<VideoClient>(page))
+OnlineChannel::OnlineChannel(int number, QWidget *page, QWidget *place,
+                             QAbstractButton *disconnectButton, QAbstractButton *barrierButton)
+    : view_(new ProportionalSclaleWidget(tr("Not Assigned"), place))
+    , disconnectButton_(disconnectButton)
+    , barrierButton_(barrierButton)
+    , online_(std::make_unique<OnlineClient>(page))
+    , video_(std::make_unique<VideoClient>(page))
 {
     auto *layout = new QVBoxLayout(place);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -56,11 +58,20 @@ void OnlineChannel::release()
     view_->setEmptyText(tr("Not Assigned"));
 }
 
-bool OnlineChannel::isAssigned() const { return !view_->objectName().isEmpty(); }
+bool OnlineChannel::isAssigned() const
+{
+    return !view_->objectName().isEmpty();
+}
 
-QString OnlineChannel::host() const { return online_->hostName(); }
+QString OnlineChannel::host() const
+{
+    return online_->hostName();
+}
 
-bool OnlineChannel::isConnected() const { return online_->isConnected(); }
+bool OnlineChannel::isConnected() const
+{
+    return online_->isConnected();
+}
 
 void OnlineChannel::showConnected()
 {
@@ -77,7 +88,7 @@ void OnlineChannel::showFrame(const VideoEvent &event)
     if (!isAssigned() || event.photo().isEmpty() || event.hostName() != video_->hostName()) {
         return;
     }
-    const QPixmap frame = ProportionalSclaleWidget::readPhoto(event.photo());
+    const QPixmap frame = ProportionalSclaleWidget::loadPhoto(event.photo());
     if (!frame.isNull()) {
         view_->setPixmap(frame);
     }

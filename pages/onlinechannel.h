@@ -8,16 +8,17 @@
 class OnlineClient;
 class ProportionalSclaleWidget;
 class QAbstractButton;
+class QThread;
 class QWidget;
 class VideoClient;
 class VideoEvent;
 
 // One device slot of the On-line page: its camera view, its two clients and the buttons that need a
-// connection. Unassigned at first; assigned by an address until it is released, through any number of
-// lost lines. The view's object name holds the address, and is empty while unassigned.
+// connection. Unassigned at first; assigned by an address until it is released, through any number
+// of lost lines. The view's object name holds the address, and is empty while unassigned.
 //
-// GUI thread. The page outlives it: the clients post to the page, and the view, which shows the slot
-// to the operator, belongs to the page's form. Destroying it stops the clients within 100 ms.
+// GUI thread. The page outlives it: the clients post to the page, and the view, which shows the
+// slot to the operator, belongs to the page's form. Destroying it stops the clients within 100 ms.
 class OnlineChannel : public QObject
 {
     Q_OBJECT
@@ -44,7 +45,7 @@ public:
     ProportionalSclaleWidget *view() const { return view_; }
 
 private:
-    void startAgain(class QThread &client);
+    void startAgain(QThread &client);
 
     ProportionalSclaleWidget *view_;
     QAbstractButton *disconnectButton_;

@@ -23,7 +23,9 @@
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
-OnLineWidget::OnLineWidget(QWidget *parent) : QWidget(parent), ui_(std::make_unique<Ui_OnLineWidgetClass>())
+OnLineWidget::OnLineWidget(QWidget *parent)
+    : QWidget(parent)
+    , ui_(std::make_unique<Ui_OnLineWidgetClass>())
 {
     clearTempData(); // before anything else, so that every run starts with an empty table
     ui_->setupUi(this);
@@ -66,16 +68,17 @@ void OnLineWidget::createViews()
     auto *layout = new QVBoxLayout(ui_->labelPhoto);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(photo_);
-    channels_[0] = std::make_unique<OnlineChannel>(0, this, ui_->labelPhoto0, ui_->buttonDisconnect1,
-                                                   ui_->buttonOpenBarrier1);
-    channels_[1] = std::make_unique<OnlineChannel>(1, this, ui_->labelPhoto1, ui_->buttonDisconnect2,
-                                                   ui_->buttonOpenBarrier2);
+    channels_[0] = std::make_unique<OnlineChannel>(0, this, ui_->labelPhoto0,
+                                                   ui_->buttonDisconnect1, ui_->buttonOpenBarrier1);
+    channels_[1] = std::make_unique<OnlineChannel>(1, this, ui_->labelPhoto1,
+                                                   ui_->buttonDisconnect2, ui_->buttonOpenBarrier2);
 }
 
 void OnLineWidget::wire()
 {
     const QTableView *table = ui_->tableViewOnLine;
-    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &OnLineWidget::showRecord);
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &OnLineWidget::showRecord);
     connect(table, &QTableView::activated, this, &OnLineWidget::showRecord);
     connect(table, &QTableView::clicked, this, &OnLineWidget::showRecord);
     connect(table, &QTableView::customContextMenuRequested, this, &OnLineWidget::menuRequested);
@@ -102,7 +105,10 @@ int OnLineWidget::senderChannel(const QAbstractButton *first, const QAbstractBut
     return button == first ? 0 : button == second ? 1 : -1;
 }
 
-void OnLineWidget::selectDevice() { selectDevice(QString()); }
+void OnLineWidget::selectDevice()
+{
+    selectDevice(QString());
+}
 
 void OnLineWidget::selectDevice(const QString &address)
 {
@@ -235,7 +241,8 @@ void OnLineWidget::reportFullDisk()
         return;
     }
     const QScopedValueRollback<bool> reporting(reportingFullDisk_, true);
-    QMessageBox::critical(this, tr("Data error"), tr("It is not enoth space on disk!"), QMessageBox::Ok);
+    QMessageBox::critical(this, tr("Data error"), tr("It is not enoth space on disk!"),
+                          QMessageBox::Ok);
 }
 
 void OnLineWidget::showRecord(const QModelIndex &index)
@@ -259,7 +266,8 @@ void OnLineWidget::showRecord(const QModelIndex &index)
 
 QString OnLineWidget::photoPath(const Scan &scan) const
 {
-    return PhotoFiles::path(QFileInfo(model_->indexFile()).absolutePath(), VaskSettings::picFileDir(), scan);
+    return PhotoFiles::path(QFileInfo(model_->indexFile()).absolutePath(),
+                            VaskSettings::picFileDir(), scan);
 }
 
 void OnLineWidget::setDeviceString()
@@ -277,7 +285,8 @@ void OnLineWidget::setDeviceString()
                                              : QStringLiteral("%1 / %2").arg(first, second);
     const bool connected = channels_[0]->isConnected() || channels_[1]->isConnected();
     ShellAccess::showDeviceName(
-        QStringLiteral("<center><font color='white' size='+2'>%1 - </font><font color='%2' size='+2'><I>[%3]</I>"
+        QStringLiteral("<center><font color='white' size='+2'>%1 - </font><font color='%2' "
+                       "size='+2'><I>[%3]</I>"
                        "</font></center>")
             .arg(online, connected ? QStringLiteral("White") : QStringLiteral("Grey"), hosts));
 }
@@ -344,9 +353,11 @@ void OnLineWidget::saveTableToFile()
         return;
     }
     if (filter == dumpFilter) {
-        startSave(&OnLineWidget::saveTableToDatFile, Settings::extended(name, VaskSettings::passbaseSuffix()));
+        startSave(&OnLineWidget::saveTableToDatFile,
+                  Settings::extended(name, VaskSettings::passbaseSuffix()));
     } else {
-        startSave(&OnLineWidget::saveTableToCSVFile, Settings::extended(name, QStringLiteral(".csv")));
+        startSave(&OnLineWidget::saveTableToCSVFile,
+                  Settings::extended(name, QStringLiteral(".csv")));
     }
 }
 
@@ -371,8 +382,9 @@ void OnLineWidget::threadFinished()
     if (result.contains(QStringLiteral("Error="))) {
         ErrorBrowser::error(tr("Error"), result, this);
     } else if (!result.isEmpty()) {
-        ErrorBrowser::error(tr("Error"),
-                            tr("Vask is busy now. Please try again later.") + QLatin1Char('\n') + result, this);
+        ErrorBrowser::error(
+            tr("Error"),
+            tr("Vask is busy now. Please try again later.") + QLatin1Char('\n') + result, this);
     }
 }
 
@@ -385,7 +397,10 @@ TableSnapshot OnLineWidget::tableNow() const
     return table;
 }
 
-TableSnapshot OnLineWidget::savedTable() const { return QThread::currentThread() == thread() ? tableNow() : saving_; }
+TableSnapshot OnLineWidget::savedTable() const
+{
+    return QThread::currentThread() == thread() ? tableNow() : saving_;
+}
 
 QString OnLineWidget::saveTableToDatFile(QString name)
 {
@@ -409,7 +424,8 @@ QString OnLineWidget::saveTableToCSVFile(QString name)
 
 QString OnLineWidget::createPhotoDirs(const QString &folder)
 {
-    return PhotoFiles::makeFolder(folder, VaskSettings::picFileDir()) ? QString() : tr("Can't create dir");
+    return PhotoFiles::makeFolder(folder, VaskSettings::picFileDir()) ? QString()
+                                                                      : tr("Can't create dir");
 }
 
 QString OnLineWidget::copyPhotos(const QString &folder)
@@ -441,7 +457,8 @@ void OnLineWidget::savePhoto()
         return;
     }
     const Scan scan = model_->value(current.row());
-    const QString start = Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
+    const QString start =
+        Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
     const QString name = QFileDialog::getSaveFileName(this, tr("Save photo to file"), start,
                                                       tr("Image file (*.jpeg)"), nullptr,
                                                       QFileDialog::DontUseNativeDialog);
@@ -449,7 +466,8 @@ void OnLineWidget::savePhoto()
         return;
     }
     showBusy(true);
-    const QString error = PhotoFiles::copy(photoPath(scan), Settings::extended(name, QStringLiteral(".jpeg")));
+    const QString error =
+        PhotoFiles::copy(photoPath(scan), Settings::extended(name, QStringLiteral(".jpeg")));
     showBusy(false);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);

@@ -26,11 +26,11 @@ class Ui_OnLineWidgetClass;
 // empty table.
 //
 // The operator stays where he is: the page follows new passages only from the newest row. A passage
-// that the disk has no room for is lost, with a message; the table keeps its rows. Events of devices
-// that no slot holds are dropped.
+// that the disk has no room for is lost, with a message; the table keeps its rows. Events of
+// devices that no slot holds are dropped.
 //
-// GUI thread. The clients post to this page; a save runs in a thread of its own, on the files as they
-// were when it began. The destructor ends all of them.
+// GUI thread. The clients post to this page; a save runs in a thread of its own, on the files as
+// they were when it began. The destructor ends all of them.
 class OnLineWidget : public QWidget
 {
     Q_OBJECT
@@ -45,8 +45,8 @@ public:
     // Names the watched devices in the title bar.
     void setDeviceString();
 
-    // Bodies of the save threads, and what they are made of; the text of what went wrong, empty when
-    // nothing did. Called in the GUI thread they take the table as it is now.
+    // Bodies of the save threads, and what they are made of; the text of what went wrong, empty
+    // when nothing did. Called in the GUI thread they take the table as it is now.
     QString saveTableToDatFile(QString name);
     QString saveTableToCSVFile(QString name);
     QString createPhotoDirs(const QString &folder);

@@ -6,7 +6,10 @@
 namespace
 {
 
-QString labelled(const QString &label, const QString &value) { return label + QStringLiteral(": ") + value; }
+QString labelled(const QString &label, const QString &value)
+{
+    return label + QStringLiteral(": ") + value;
+}
 
 } // namespace
 
@@ -31,19 +34,28 @@ QString PassageDetails::accessWay(const Scan &scan)
     if (VaskSettings::translateFromLocal(scan.number()) != QLatin1String("O000OO00")) {
         return tr("Access: granted automatically");
     }
-    return scan.accessKey().isEmpty() ? tr("Access: granted manually") : tr("Access: granted by card");
+    return scan.accessKey().isEmpty() ? tr("Access: granted manually")
+                                      : tr("Access: granted by card");
 }
 
 QString PassageDetails::registration(const Scan &scan)
 {
-    return scan.isInAccessList() ? tr("The number is registered") : tr("The number is not registered");
+    return scan.isInAccessList() ? tr("The number is registered")
+                                 : tr("The number is not registered");
 }
 
 QString PassageDetails::verdict(const Scan &scan)
 {
-    return scan.isAccessGranted() ? tr("The thoroughfare is granted") : tr("The thoroughfare is not granted");
+    return scan.isAccessGranted() ? tr("The thoroughfare is granted")
+                                  : tr("The thoroughfare is not granted");
 }
 
-QString PassageDetails::comment(const Scan &scan) { return labelled(tr("Comment"), scan.comment()); }
+QString PassageDetails::comment(const Scan &scan)
+{
+    return labelled(tr("Comment"), scan.comment());
+}
 
-QString PassageDetails::accessKey(const Scan &scan) { return labelled(tr("Access key"), scan.accessKey()); }
+QString PassageDetails::accessKey(const Scan &scan)
+{
+    return labelled(tr("Access key"), scan.accessKey());
+}

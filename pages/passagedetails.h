@@ -17,8 +17,8 @@ public:
 
     static QString number(const Scan &scan);
     static QString date(const Scan &scan);
-    // How the barrier was opened. A passage that no camera saw, opened by a button or a card, carries
-    // the number "O000OO00".
+    // How the barrier was opened. A passage that no camera saw, opened by a button or a card,
+    // carries the number "O000OO00".
     static QString accessWay(const Scan &scan);
     static QString registration(const Scan &scan);
     static QString verdict(const Scan &scan);

@@ -15,7 +15,8 @@ QString PhotoFiles::path(const QString &folder, const QString &pictureFolder, co
 
 bool PhotoFiles::makeFolder(const QString &folder, const QString &pictureFolder)
 {
-    return QFileInfo(QDir(folder).filePath(pictureFolder)).isDir() || QDir(folder).mkdir(pictureFolder);
+    return QFileInfo(QDir(folder).filePath(pictureFolder)).isDir() ||
+           QDir(folder).mkdir(pictureFolder);
 }
 
 QString PhotoFiles::copy(const QString &source, const QString &destination)

@@ -5,8 +5,8 @@
 
 #include <QString>
 
-// Where the photos of a table lie: in a folder beside the table's file, each under a name made of its
-// passage's time and number. Any thread.
+// Where the photos of a table lie: in a folder beside the table's file, each under a name made of
+// its passage's time and number. Any thread.
 namespace PhotoFiles
 {
 

@@ -45,17 +45,21 @@ QString TableSave::dump(const TableSnapshot &table, const QString &name)
 {
     const QString index = ScanModel::indexFileOf(name);
     for (const QString &written : {name, index}) {
-        if (PhotoFiles::isSameFile(written, table.recordFile) || PhotoFiles::isSameFile(written, table.indexFile)) {
+        if (PhotoFiles::isSameFile(written, table.recordFile) ||
+            PhotoFiles::isSameFile(written, table.indexFile)) {
             return tr("Destination file exists");
         }
     }
     const QString error = copyBeginning(table.recordFile, name, qint64(table.rows) * Scan::size);
-    return error.isEmpty() ? copyBeginning(table.indexFile, index, qint64(table.rows) * DeviceIndex::entrySize) : error;
+    return error.isEmpty()
+               ? copyBeginning(table.indexFile, index, qint64(table.rows) * DeviceIndex::entrySize)
+               : error;
 }
 
 QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
 {
-    if (PhotoFiles::isSameFile(name, table.recordFile) || PhotoFiles::isSameFile(name, table.indexFile)) {
+    if (PhotoFiles::isSameFile(name, table.recordFile) ||
+        PhotoFiles::isSameFile(name, table.indexFile)) {
         return tr("Destination file exists");
     }
     QSaveFile file(name);
@@ -76,7 +80,8 @@ QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
     return file.commit() ? QString() : file.errorString();
 }
 
-QString TableSave::forEachPassage(const TableSnapshot &table, const std::function<bool(const Scan &)> &action)
+QString TableSave::forEachPassage(const TableSnapshot &table,
+                                  const std::function<bool(const Scan &)> &action)
 {
     RecordFile file(table.recordFile, Scan::size);
     if (!file.open(QIODevice::ReadOnly)) {

@@ -8,8 +8,8 @@
 
 #include <functional>
 
-// A table as it was when a save began: the worker copies exactly these rows, from handles of its own,
-// while the table goes on growing.
+// A table as it was when a save began: the worker copies exactly these rows, from handles of its
+// own, while the table goes on growing.
 struct TableSnapshot {
     QString recordFile;
     QString indexFile;
@@ -18,8 +18,8 @@ struct TableSnapshot {
 };
 
 // The steps of a save, for worker threads. Each returns the text of what went wrong, empty when
-// nothing did. Files appear whole or not at all, replacing what was there; the table's own files are
-// refused and stay untouched. The thread's interruption ends a long loop with a text as well.
+// nothing did. Files appear whole or not at all, replacing what was there; the table's own files
+// are refused and stay untouched. The thread's interruption ends a long loop with a text as well.
 class TableSave
 {
     Q_DECLARE_TR_FUNCTIONS(TableSave)
@@ -28,10 +28,11 @@ public:
     // The record file as name and the index file beside it, under name's base name.
     static QString dump(const TableSnapshot &table, const QString &name);
 
-    // The titles and one line per passage, joined by ";" and line breaks, without quoting and without
-    // a line break at the end.
+    // The titles and one line per passage, joined by ";" and line breaks, without quoting and
+    // without a line break at the end.
     static QString plainCsv(const TableSnapshot &table, const QString &name);
 
     // Each passage in order until the action returns false.
-    static QString forEachPassage(const TableSnapshot &table, const std::function<bool(const Scan &)> &action);
+    static QString forEachPassage(const TableSnapshot &table,
+                                  const std::function<bool(const Scan &)> &action);
 };

@@ -16,7 +16,8 @@ bool isAtOrAbove(const QString &folder, const QString &other)
 
 void deleteFiles(const QDir &folder)
 {
-    const QStringList files = folder.entryList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+    const QStringList files =
+        folder.entryList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QString &file : files) {
         QFile::remove(folder.filePath(file));
     }
@@ -32,8 +33,11 @@ bool TemporaryData::isFolderOfItsOwn(const QString &path)
     }
     const QString real = folder.canonicalFilePath();
     const Settings *settings = Settings::instance();
-    const QString working = settings != nullptr ? QFileInfo(settings->workingDirectory()).canonicalFilePath() : QString();
-    return real != QLatin1String("/") && !isAtOrAbove(real, QDir::home().canonicalPath()) && !isAtOrAbove(real, working);
+    const QString working = settings != nullptr
+                                ? QFileInfo(settings->workingDirectory()).canonicalFilePath()
+                                : QString();
+    return real != QLatin1String("/") && !isAtOrAbove(real, QDir::home().canonicalPath()) &&
+           !isAtOrAbove(real, working);
 }
 
 void TemporaryData::clear(const QString &path)
@@ -43,7 +47,8 @@ void TemporaryData::clear(const QString &path)
     }
     const QDir folder(path);
     deleteFiles(folder);
-    const QFileInfoList inner = folder.entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    const QFileInfoList inner =
+        folder.entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks);
     for (const QFileInfo &each : inner) {
         deleteFiles(QDir(each.filePath()));
     }

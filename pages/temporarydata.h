@@ -3,17 +3,17 @@
 
 class QString;
 
-// Emptying a folder of temporary files. The folder comes from the settings, which anyone may edit, so
-// nothing is deleted in one that could hold anything else. Any thread.
+// Emptying a folder of temporary files. The folder comes from the settings, which anyone may edit,
+// so nothing is deleted in one that could hold anything else. Any thread.
 namespace TemporaryData
 {
 
-// A real folder that is neither the root, the home directory or the working directory, nor lies above
-// one of them.
+// A real folder that is neither the root, the home directory or the working directory, nor lies
+// above one of them.
 bool isFolderOfItsOwn(const QString &path);
 
-// Deletes the files in the folder and in its sub-folders, one level deep; the folders stay, and links
-// are not followed. Does nothing where isFolderOfItsOwn() is false.
+// Deletes the files in the folder and in its sub-folders, one level deep; the folders stay, and
+// links are not followed. Does nothing where isFolderOfItsOwn() is false.
 void clear(const QString &path);
 
 } // namespace TemporaryData
