@@ -16,8 +16,12 @@
 // what receivers switch on.
 namespace EventNumber
 {
-enum : int { OnLine = 1001, Pipe = 1002, Suffered = 1003, Video = 1004, Progress = 1005 };
-}
+inline constexpr int OnLine = 1001;
+inline constexpr int Pipe = 1002;
+inline constexpr int Suffered = 1003;
+inline constexpr int Video = 1004;
+inline constexpr int Progress = 1005;
+} // namespace EventNumber
 
 // A passage that a device has just reported, or, as a repost, one reported before whose picture has
 // arrived only now. fileName is the picture's local path; the file may be missing.
