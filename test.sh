@@ -1,0 +1,17 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Builds Stallo twice, optimised and with the address and undefined-behaviour sanitizers, installing
+# what is missing, and runs the whole test suite in both. Ends with the suite's summary.
+set -eu
+cd "$(dirname "$0")"
+. packaging/prepare.sh
+prepare_packages
+for preset in release asan; do
+    build_preset "$preset"
+done
+failed=0
+for preset in release asan; do
+    echo "== $preset =="
+    ctest --preset "$preset" -j 2 || failed=1
+done
+exit $failed
