@@ -93,13 +93,21 @@ public:
     void setOnLineReading(bool on);
 
 private:
-    // Runs in the device's thread and waits for it; false while the device is stopped.
-    bool run(const std::function<void(SimulatedDevice &)> &action) const;
+    // Runs in the device's thread and waits for it.
+    void run(const std::function<void(SimulatedDevice &)> &action) const;
+
+    template <typename Answer, typename Question>
+    Answer asked(const Question &question) const
+    {
+        Answer answer{};
+        run([&answer, &question](SimulatedDevice &device) { answer = question(device); });
+        return answer;
+    }
 
     DeviceConfig config_;
     std::unique_ptr<FileTree> files_;
     std::unique_ptr<Faults> faults_;
     std::unique_ptr<Journal> journal_;
     std::unique_ptr<SimulatedDevice> device_; // lives in thread_
-    QThread thread_;
+    QThread thread_;                          // runs as long as the host exists
 };

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
 // One thing that the file service does wrong.
@@ -68,6 +69,8 @@ struct Fault {
     Fault onlyFor(Method requestMethod) const;
 
     bool isOnAccept() const;
+    // The kind as a word of the console.
+    QString name() const;
 };
 
 // The faults of a device's file service that are in force. Each request takes the first one that
@@ -97,7 +100,7 @@ public:
     static QStringList help();
 
 private:
-    bool takeAt(std::size_t place, Fault *fault);
+    bool takeFirst(const std::function<bool(const Fault &)> &fits, Fault *fault);
 
     mutable QMutex mutex_;
     std::vector<Fault> faults_;

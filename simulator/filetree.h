@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QMutex>
 #include <QSet>
@@ -90,7 +91,7 @@ private:
     mutable QMutex mutex_;
     QHash<QString, QByteArray> files_;
     QSet<QString> hidden_;
-    QHash<QString, qint64> late_; // path, monotonic milliseconds when it comes
+    QHash<QString, QDeadlineTimer> late_; // when they come
     std::vector<std::pair<QString, Maker>> makers_;
     QString root_;
 };

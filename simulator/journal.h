@@ -44,8 +44,7 @@ struct JournalEntry {
 };
 
 // What happened to a device, with times: every connection, every request, every byte of a command.
-// Keeps the newest entries up to a limit, and writes all of them to a file if there is one. Counts
-// go on beyond the limit.
+// Keeps the newest entries up to a limit, and writes all of them to a file if there is one.
 //
 // Every function may be called from any thread.
 class Journal

@@ -3,6 +3,7 @@
 
 #include "records/access.h"
 #include "records/online.h"
+#include "simulator/mixer.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -52,12 +53,10 @@ public:
     static QString makeNumber(quint32 seed, quint32 place);
 
 private:
-    quint32 draw();
-    bool chance(double share);
-    QString otherNumber();
+    static QString unreadable(QString number, quint32 pick);
 
     FeedConfig config_;
-    quint64 state_;
+    Mixer mixer_;
     std::vector<Access> accessList_;
     bool photoLate_ = false;
 };
