@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QTcpServer>
+
+#include <vector>
+
+class FileConnection;
+class FileTree;
+class Faults;
+class Journal;
+
+// A device's file port: makes a FileConnection of every connection, any number at once.
+//
+// Tree, faults and journal must outlive it. Lives in the device's thread.
+class FileService : public QObject
+{
+    Q_OBJECT
+
+public:
+    FileService(FileTree *tree, Faults *faults, Journal *journal, int *connectionNumbers,
+                QObject *parent);
+    ~FileService() override;
+
+    QTcpServer &server() { return server_; }
+    int connections() const { return static_cast<int>(connections_.size()); }
+    void drop();
+    void reset();
+
+Q_SIGNALS:
+    void uploaded(const QString &path);
+
+private:
+    void onNewConnection();
+
+    FileTree *tree_;
+    Faults *faults_;
+    Journal *journal_;
+    int *connectionNumbers_;
+    QTcpServer server_;
+    std::vector<FileConnection *> connections_; // children
+};
