@@ -14,7 +14,7 @@ public:
     explicit BrelProgressPie(QWidget *parent);
 
     int progress() const { return progress_; }
-    // Plain text, cut with dots where the ring is too small for it.
+    // Plain text, cut with dots where the ring is too small for it; empty at first.
     QString suffix() const { return suffix_; }
 
     QSize sizeHint() const override;
@@ -28,7 +28,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void paintTexts(class QPainter *painter, const QRectF &ring) const;
+    void paintTexts(QPainter &painter, const QRectF &room) const;
     void describe();
 
     int progress_ = 0;

@@ -3,6 +3,7 @@
 
 #include <QFont>
 #include <QHash>
+#include <QPalette>
 #include <QProxyStyle>
 
 // The look of the program: Fusion in dark, calm colours, with everything that is pressed at least
@@ -40,9 +41,6 @@ public:
                          const QWidget *widget = nullptr) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option,
                          SubControl subControl, const QWidget *widget = nullptr) const override;
-    SubControl hitTestComplexControl(ComplexControl control, const QStyleOptionComplex *option,
-                                     const QPoint &position,
-                                     const QWidget *widget = nullptr) const override;
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget = nullptr) const override;
@@ -54,4 +52,5 @@ public:
 private:
     // The application's fonts as they were, by widget class; the empty name is the common one.
     QHash<QByteArray, QFont> formerFonts_;
+    QPalette formerToolTip_;
 };

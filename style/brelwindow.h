@@ -48,8 +48,8 @@ private:
     enum class Drag { None, Pressed, Moving, Resizing };
 
     Qt::Edges edgesAt(const QPoint &position) const;
-    void beginMove(const QPoint &globalPosition);
-    void beginResize(const QPoint &globalPosition);
+    void beginMove();
+    void beginResize();
     void resizeByHand(const QPoint &globalPosition);
     void showCursor(const QPoint &position);
     void toggleMaximized();
@@ -65,6 +65,8 @@ private:
     Qt::Edges edges_;
     QPoint grip_;
     QRect start_;
+    // The place when the state last changed.
+    QRect before_;
     // The place to go back to where no window manager keeps it.
     QRect normal_;
     QTimer settle_;

@@ -34,9 +34,6 @@ public:
     // Whether the middle one of the window's buttons offers to restore.
     void setMaximized(bool maximized);
 
-    // Off where nothing could bring a hidden window back.
-    void setMinimizable(bool minimizable);
-
 Q_SIGNALS:
     void minimizeRequested();
     void maximizeRequested();

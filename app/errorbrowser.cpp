@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "app/errorbrowser.h"
+
+#include "style/metrics.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QVBoxLayout>
+
+namespace
+{
+
+void fill(QTextBrowser &browser, QString text)
+{
+    if (!Qt::mightBeRichText(text)) {
+        browser.setPlainText(text);
+        return;
+    }
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    browser.setHtml(text);
+}
+
+} // namespace
+
+ErrorBrowser::ErrorBrowser(const QString &title, const QString &text, QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    auto *column = new QVBoxLayout(this);
+
+    auto *browser = new QTextBrowser(this);
+    browser->setObjectName(QStringLiteral("textBrowser"));
+    browser->setAccessibleName(tr("Error text"));
+    browser->setReadOnly(true);
+    browser->setOpenLinks(false);
+    fill(*browser, text);
+    column->addWidget(browser);
+
+    auto *row = new QHBoxLayout;
+    auto *ok = new QPushButton(tr("OK"), this);
+    ok->setObjectName(QStringLiteral("buttonOk"));
+    ok->setMinimumSize(2 * Metrics::touchSize, Metrics::touchSize);
+    ok->setDefault(true);
+    row->addStretch();
+    row->addWidget(ok);
+    row->addStretch();
+    column->addLayout(row);
+
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    ok->setFocus();
+    resize(Metrics::errorDialogWidth, Metrics::errorDialogHeight);
+}
+
+void ErrorBrowser::error(const QString &title, const QString &text, QWidget *parent)
+{
+    ErrorBrowser dialog(title, text, parent);
+    dialog.exec();
+}
+
+void ErrorBrowser::error(const QString &title, const QStringList &lines, QWidget *parent)
+{
+    error(title, lines.join(QLatin1Char('\n')), parent);
+}

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#include "resources/resources.h"
+
+#include <QtGlobal>
+
+void initStalloResources()
+{
+    Q_INIT_RESOURCE(stallo);
+}
