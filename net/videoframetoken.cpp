@@ -55,10 +55,11 @@ VideoFrameToken VideoFrameToken::take(const std::function<bool()> &cancelled)
     line.waiting.pop_front();
     line.taken = true;
     VideoFrameToken token;
-    token.held_ = std::shared_ptr<void>(nullptr, [&line](void *) {
-        const QMutexLocker release(&line.mutex);
-        line.taken = false;
-        line.changed.wakeAll();
+    token.held_ = std::shared_ptr<void>(&line, [](void *taken) {
+        auto *owner = static_cast<Queue *>(taken);
+        const QMutexLocker release(&owner->mutex);
+        owner->taken = false;
+        owner->changed.wakeAll();
     });
     return token;
 }

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+#include "net/videoclient.h"
+
+#include "app/settings.h"
+#include "tests/support/devices.h"
+#include "tests/support/eventlog.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+namespace
+{
+
+constexpr int patience = 15000;
+
+} // namespace
+
+class TestVideoClient : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestSurroundings::freshSettings();
+        QVERIFY(QDir().mkpath(Settings::instance()->videoTempDirectory()));
+        Settings::instance()->setVideoTimeout(50);
+        devices_ = std::make_unique<Devices>();
+        log_ = std::make_unique<EventLog>();
+    }
+
+    void cleanup()
+    {
+        log_.reset();
+        devices_.reset();
+    }
+
+    void refreshes()
+    {
+        const auto client = start(devices_->first(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() > 5, patience);
+        for (const EventLog::Frame &frame : qAsConst(log_->frames)) {
+            QCOMPARE(frame.hostName, devices_->first().address());
+            QCOMPARE(frame.photo, Settings::instance()->videoTempFile(0));
+            QCOMPARE(frame.channel, 1);
+            QVERIFY(frame.content.startsWith("\xFF\xD8"));
+        }
+        QVERIFY(devices_->first().journal().countRequests(QStringLiteral("/tmp/video0.jpeg")) > 5);
+    }
+
+    void keepsPeriod()
+    {
+        Settings::instance()->setVideoTimeout(400);
+        const auto client = start(devices_->first(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= 1, patience);
+        QElapsedTimer clock;
+        clock.start();
+        const int before = log_->frames.size();
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= before + 4, patience);
+        QVERIFY(clock.elapsed() > 1100);
+    }
+
+    void doesNotSpinWithoutPeriod_data()
+    {
+        QTest::addColumn<int>("period");
+        QTest::newRow("zero") << 0;
+        QTest::newRow("negative") << -5;
+    }
+    void doesNotSpinWithoutPeriod()
+    {
+        QFETCH(int, period);
+        Settings::instance()->setVideoTimeout(period);
+        const auto client = start(devices_->first(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= 1, patience);
+        QElapsedTimer clock;
+        clock.start();
+        const int before = log_->frames.size();
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= before + 10, patience);
+        QVERIFY(clock.elapsed() > 150);
+    }
+
+    // Both write the same local file; each event must still bring its own device's whole frame.
+    void neverMixesTwoDevices()
+    {
+        devices_->first().files().set(QStringLiteral("/tmp/video0.jpeg"), QByteArray(70000, 'a'));
+        devices_->second().files().set(QStringLiteral("/tmp/video0.jpeg"), QByteArray(50000, 'b'));
+        Settings::instance()->setVideoTimeout(1);
+        const auto one = start(devices_->first(), 0);
+        const auto two = start(devices_->second(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() > 200, 60000);
+        int ofFirst = 0;
+        for (const EventLog::Frame &frame : qAsConst(log_->frames)) {
+            QCOMPARE(frame.content,
+                     frame.channel == 0 ? QByteArray(70000, 'a') : QByteArray(50000, 'b'));
+            ofFirst += frame.channel == 0 ? 1 : 0;
+        }
+        QVERIFY(ofFirst > 50 && ofFirst < log_->frames.size() - 50);
+    }
+
+    void silentDeviceDoesNotStarveTheOther()
+    {
+        devices_->second().faults().add(Fault::silent());
+        const auto silent = start(devices_->second(), 1);
+        const auto one = start(devices_->first(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= 3, 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            std::count_if(log_->frames.cbegin(), log_->frames.cend(),
+                          [](const EventLog::Frame &each) { return each.channel == 0; }) >= 3,
+            30000);
+    }
+
+    void tellsOfSilenceAtOnceWhenThereNeverWasAFrame()
+    {
+        devices_->first().faults().add(Fault::answer("Error"));
+        const auto client = start(devices_->first(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= 2, patience);
+        QCOMPARE(log_->frames.first().photo, QString());
+        QCOMPARE(log_->frames.first().hostName, devices_->first().address());
+    }
+
+    void tellsOfSilenceAfterFiveSeconds()
+    {
+        const auto client = start(devices_->first(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.size() >= 1, patience);
+        devices_->first().faults().add(Fault::answer("Error"));
+        QElapsedTimer clock;
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(log_->frames.last().photo.isEmpty(), patience);
+        QVERIFY(clock.elapsed() > 4500);
+    }
+
+    void stopsInEveryState_data()
+    {
+        QTest::addColumn<QString>("state");
+        for (const char *state :
+             {"idle", "silent", "no listener", "in a block", "waiting for the token"}) {
+            QTest::newRow(state) << QString::fromLatin1(state);
+        }
+    }
+    void stopsInEveryState()
+    {
+        QFETCH(QString, state);
+        VideoFrameToken token;
+        if (state == QLatin1String("silent")) {
+            devices_->first().faults().add(Fault::silent());
+        } else if (state == QLatin1String("no listener")) {
+            devices_->first().setFileListening(false);
+        } else if (state == QLatin1String("in a block")) {
+            devices_->first().faults().add(Fault::pause(500, 60000));
+        } else if (state == QLatin1String("waiting for the token")) {
+            token = VideoFrameToken::take([] { return false; });
+        } else {
+            Settings::instance()->setVideoTimeout(60000);
+        }
+        auto client = start(devices_->first(), 0);
+        if (state == QLatin1String("idle") || state == QLatin1String("no listener")) {
+            QTRY_VERIFY(!log_->frames.isEmpty());
+        } else if (state != QLatin1String("waiting for the token")) {
+            QTRY_VERIFY(devices_->first().journal().countRequests() > 0);
+        }
+        QElapsedTimer clock;
+        clock.start();
+        client.reset();
+        QVERIFY(clock.elapsed() < 500);
+    }
+
+    void postsNothingAfterQuit()
+    {
+        devices_->first().faults().add(Fault::delay(300));
+        const auto client = start(devices_->first(), 0);
+        QTRY_VERIFY(devices_->first().journal().countRequests() > 0);
+        client->setQuit(true);
+        QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), patience);
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(log_->frames.isEmpty());
+    }
+
+    void givesTokenBackWhenEventDies()
+    {
+        {
+            VideoEvent event(QString(), QString(), 0, VideoFrameToken::take([] { return false; }));
+            const VideoFrameToken none = VideoFrameToken::take([] { return true; });
+            QVERIFY(none.isNull());
+        }
+        QVERIFY(!VideoFrameToken::take([] { return true; }).isNull());
+    }
+
+private:
+    std::unique_ptr<VideoClient> start(DeviceHost &device, int channel)
+    {
+        auto client = std::make_unique<VideoClient>(log_.get());
+        client->setChannel(channel);
+        client->connectToHost(device.address());
+        client->start();
+        return client;
+    }
+
+    std::unique_ptr<Devices> devices_;
+    std::unique_ptr<EventLog> log_;
+};
+
+STALLO_TEST_MAIN(TestVideoClient)
+#include "tst_videoclient.moc"
