@@ -58,6 +58,7 @@ void OnLineService::onNewConnection()
         if (socket->bytesAvailable() > 0) {
             read(socket);
         }
+        Q_EMIT opened();
     }
 }
 
