@@ -64,7 +64,7 @@ void OnLineService::onNewConnection()
 
 void OnLineService::read(QTcpSocket *socket)
 {
-    if (!reading_) {
+    if (!reading_ || !socket->isOpen()) {
         return;
     }
     const QByteArray bytes = socket->readAll();
