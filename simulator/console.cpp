@@ -13,7 +13,10 @@
 namespace
 {
 
-const QString done = QStringLiteral("ok");
+QString done()
+{
+    return QStringLiteral("ok");
+}
 
 QString failed(const QString &reason)
 {
@@ -80,7 +83,7 @@ QString Console::execute(const QString &line)
             return failed(error);
         }
         faults_->add(fault);
-        return done;
+        return done();
     }
     QStringList values = QProcess::splitCommand(text);
     if (!values.isEmpty()) {
@@ -93,7 +96,7 @@ QString Console::take(const QString &command, const QStringList &values)
 {
     if (command == QLatin1String("quit")) {
         quit_ = true;
-        return done;
+        return done();
     }
     if (command == QLatin1String("help")) {
         return help();
@@ -103,7 +106,7 @@ QString Console::take(const QString &command, const QStringList &values)
     }
     if (command == QLatin1String("clear")) {
         faults_->clear();
-        return done;
+        return done();
     }
     if (command == QLatin1String("faults")) {
         return QStringLiteral("%1 in force; kinds: %2")
@@ -150,7 +153,7 @@ QString Console::takeSending(const QString &command, const QStringList &values)
             return failed(QStringLiteral("Not a rate"));
         }
         device_->setRate(rate, count);
-        return done;
+        return done();
     }
     return QString();
 }
@@ -181,12 +184,12 @@ QString Console::takeConnections(const QString &command, const QStringList &valu
     if (command == QLatin1String("drop")) {
         device_->onLine().drop();
         device_->fileService().drop();
-        return done;
+        return done();
     }
     if (command == QLatin1String("reset")) {
         device_->onLine().reset();
         device_->fileService().reset();
-        return done;
+        return done();
     }
     if (command == QLatin1String("gone")) {
         int msec = 5000;
@@ -194,7 +197,7 @@ QString Console::takeConnections(const QString &command, const QStringList &valu
             return failed(QStringLiteral("Not a number of milliseconds"));
         }
         device_->goneFor(msec);
-        return done;
+        return done();
     }
     if (command == QLatin1String("listen")) {
         return listen(values);
@@ -204,7 +207,7 @@ QString Console::takeConnections(const QString &command, const QStringList &valu
             return failed(QStringLiteral("Usage: reading on|off"));
         }
         device_->onLine().setReading(values.first() == QLatin1String("on"));
-        return done;
+        return done();
     }
     return QString();
 }
@@ -215,10 +218,10 @@ QString Console::listen(const QStringList &values)
         const bool on = values.at(1) == QLatin1String("on");
         QString error;
         if (values.first() == QLatin1String("online")) {
-            return device_->setOnLineListening(on, &error) ? done : failed(error);
+            return device_->setOnLineListening(on, &error) ? done() : failed(error);
         }
         if (values.first() == QLatin1String("file")) {
-            return device_->setFileListening(on, &error) ? done : failed(error);
+            return device_->setFileListening(on, &error) ? done() : failed(error);
         }
     }
     return failed(QStringLiteral("Usage: listen online|file on|off"));
@@ -241,20 +244,20 @@ QString Console::takeFiles(const QString &command, const QStringList &values)
             return failed(values.at(1) + QStringLiteral(": ") + file.errorString());
         }
         files_->set(values.first(), file.readAll());
-        return done;
+        return done();
     }
     if (command == QLatin1String("remove") && values.size() == 1) {
         files_->remove(values.first());
-        return done;
+        return done();
     }
     if (command == QLatin1String("restore") && values.size() == 1) {
         files_->restore(values.first());
-        return done;
+        return done();
     }
     int msec = 0;
     if (command == QLatin1String("late") && values.size() == 2 && number(values, 1, 0, &msec)) {
         files_->setLate(values.first(), msec);
-        return done;
+        return done();
     }
     return QString();
 }

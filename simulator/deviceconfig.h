@@ -17,6 +17,7 @@ struct DeviceConfig {
     int archiveStep = 120; // seconds between passages, on average
     bool archiveUnordered = false;
     FeedConfig feed;
-    int sentLimit = 0; // records remembered as sent; 0: all
-    QString sentFile;  // every record sent is appended to it; empty: none
+    int burstOnConnect = 0; // records sent at once to the first that connects
+    int sentLimit = 0;      // records remembered as sent; 0: all
+    QString sentFile;       // every record sent is appended to it; empty: none
 };

@@ -58,12 +58,13 @@ void OnLineService::onNewConnection()
         if (socket->bytesAvailable() > 0) {
             read(socket);
         }
+        Q_EMIT opened();
     }
 }
 
 void OnLineService::read(QTcpSocket *socket)
 {
-    if (!reading_) {
+    if (!reading_ || !socket->isOpen()) {
         return;
     }
     const QByteArray bytes = socket->readAll();

@@ -46,6 +46,7 @@ public:
     void setReading(bool on);
 
 Q_SIGNALS:
+    void opened();
     void reloadRequested();
 
 private:

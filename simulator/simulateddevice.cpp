@@ -6,11 +6,13 @@
 #include "simulator/filetree.h"
 #include "simulator/journal.h"
 #include "simulator/photopainter.h"
+#include "simulator/samplefiles.h"
 
 #include <QHostAddress>
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -49,6 +51,11 @@ SimulatedDevice::SimulatedDevice(const DeviceConfig &config, FileTree *files, Fa
         setOnLineListening(true);
         setFileListening(true);
     });
+    connect(&onLine_, &OnLineService::opened, this, [this] {
+        if (const int records = std::exchange(config_.burstOnConnect, 0)) {
+            burst(records);
+        }
+    });
     connect(&onLine_, &OnLineService::reloadRequested, this, &SimulatedDevice::reload);
 }
 
@@ -59,14 +66,12 @@ SimulatedDevice::~SimulatedDevice()
 
 void SimulatedDevice::makeFiles()
 {
-    if (!files_->contains(DevicePaths::streams())) {
-        files_->set(DevicePaths::streams(),
-                    "[common]\ndeviceid=" + config_.deviceId.toLocal8Bit() + "\n");
-    }
     const quint32 seed = config_.feed.seed;
-    if (!files_->contains(DevicePaths::accessList())) {
-        files_->set(DevicePaths::accessList(), LiveFeed::makeAccessList(config_.residents, seed));
-    }
+    const auto bytes = [this](const QString &path, const QByteArray &content) {
+        files_->setMaker(path, [content](const QString &) { return FileTree::contentOf(content); });
+    };
+    bytes(DevicePaths::streams(), SampleFiles::streams(config_.deviceId));
+    bytes(DevicePaths::accessList(), LiveFeed::makeAccessList(config_.residents, seed));
     const qint64 end =
         config_.archiveEnd != 0 ? config_.archiveEnd : QDateTime::currentSecsSinceEpoch();
     const auto archive =
