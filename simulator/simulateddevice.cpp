@@ -77,7 +77,9 @@ void SimulatedDevice::makeFiles()
     const auto archive =
         std::make_shared<const Archive>(config_.archive, end, config_.archiveStep, seed,
                                         config_.residents, config_.archiveUnordered);
-    files_->setMaker(DevicePaths::archive(), [archive](const QString &) { return archive; });
+    files_->setMaker(
+        DevicePaths::archive(),
+        [archive](const QString &) -> std::shared_ptr<const FileContent> { return archive; });
     const auto painter = std::make_shared<const PhotoPainter>(config_.deviceId, seed);
     files_->setMaker(DevicePaths::photoFolder(), [painter](const QString &path) {
         return contentOrNone(painter->photo(path));
