@@ -46,6 +46,7 @@ SimulatedDevice::SimulatedDevice(const DeviceConfig &config, FileTree *files, Fa
     feed_.setAccessList(activeList_);
     tick_.setTimerType(Qt::PreciseTimer);
     comeBack_.setSingleShot(true);
+    comeBack_.setTimerType(Qt::PreciseTimer);
     connect(&tick_, &QTimer::timeout, this, &SimulatedDevice::onTick);
     connect(&comeBack_, &QTimer::timeout, this, [this] {
         setOnLineListening(true);
