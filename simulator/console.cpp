@@ -115,7 +115,7 @@ QString Console::take(const QString &command, const QStringList &values)
     }
     for (const auto takes :
          {&Console::takeSending, &Console::takeConnections, &Console::takeFiles}) {
-        const QString answer = (this->*takes)(command, values);
+        QString answer = (this->*takes)(command, values);
         if (!answer.isNull()) {
             return answer;
         }

@@ -52,7 +52,7 @@ struct Fault {
     // A whole answer line; CR LF is added.
     static Fault answer(const QByteArray &line);
     static Fault garbage();
-    static Fault flood(qint64 bytes = 50 * 1000 * 1000);
+    static Fault flood(qint64 bytes = 50000000);
     static Fault declaredSize(const QByteArray &text);
     static Fault sizeOffset(qint64 offset);
     static Fault closeAfter(qint64 bytes);

@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr int requestLimit = 4096;
-constexpr qint64 uploadLimit = 256 * 1024 * 1024;
+constexpr qint64 uploadLimit = 256000000;
 constexpr int closeByClient = 60 * 1000;
 
 constexpr char getCommand[] = "GET_IMMEDIATE_FILE:";

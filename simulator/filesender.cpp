@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr qint64 sendAhead = 256 * 1024;
-constexpr qint64 pieceLimit = 64 * 1024;
+constexpr qint64 sendAhead = 262144;
+constexpr qint64 pieceLimit = 65536;
 
 } // namespace
 

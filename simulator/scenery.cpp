@@ -104,15 +104,15 @@ void drawBooth(QPainter *painter, const Colours &colours, bool left)
 }
 
 // The grain of a camera at work; it is also what gives the files a camera's size.
-void addGrain(QImage *image, quint32 seed, int strength)
+void addGrain(QImage *image, quint32 seed, std::size_t strength)
 {
     Mixer mixer(seed, 0x4752414EU);
     for (int y = 0; y < image->height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image->scanLine(y));
-        const int amount = y < horizon ? strength / 2 : strength;
+        const std::size_t amount = y < horizon ? strength / 2 : strength;
         for (int x = 0; x < image->width(); ++x) {
             const int change =
-                static_cast<int>(mixer.below(static_cast<std::size_t>(amount * 2 + 1))) - amount;
+                static_cast<int>(mixer.below(2 * amount + 1)) - static_cast<int>(amount);
             const auto moved = [change](int value) { return std::clamp(value + change, 0, 255); };
             line[x] = qRgb(moved(qRed(line[x])), moved(qGreen(line[x])), moved(qBlue(line[x])));
         }

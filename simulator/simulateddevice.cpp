@@ -46,6 +46,7 @@ SimulatedDevice::SimulatedDevice(const DeviceConfig &config, FileTree *files, Fa
     feed_.setAccessList(activeList_);
     tick_.setTimerType(Qt::PreciseTimer);
     comeBack_.setSingleShot(true);
+    comeBack_.setTimerType(Qt::PreciseTimer);
     connect(&tick_, &QTimer::timeout, this, &SimulatedDevice::onTick);
     connect(&comeBack_, &QTimer::timeout, this, [this] {
         setOnLineListening(true);
@@ -77,7 +78,9 @@ void SimulatedDevice::makeFiles()
     const auto archive =
         std::make_shared<const Archive>(config_.archive, end, config_.archiveStep, seed,
                                         config_.residents, config_.archiveUnordered);
-    files_->setMaker(DevicePaths::archive(), [archive](const QString &) { return archive; });
+    files_->setMaker(
+        DevicePaths::archive(),
+        [archive](const QString &) -> std::shared_ptr<const FileContent> { return archive; });
     const auto painter = std::make_shared<const PhotoPainter>(config_.deviceId, seed);
     files_->setMaker(DevicePaths::photoFolder(), [painter](const QString &path) {
         return contentOrNone(painter->photo(path));

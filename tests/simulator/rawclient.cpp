@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/simulator/rawclient.h"
 
-#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <netinet/in.h>
@@ -21,7 +20,7 @@ RawClient::RawClient(const QString &address, quint16 port)
         close(socket_);
         socket_ = -1;
     }
-    sinceByte_.start();
+    sinceSend_.start();
 }
 
 RawClient::~RawClient()
@@ -36,7 +35,7 @@ void RawClient::send(const QByteArray &bytes)
     // A failure shows in what is received.
     [[maybe_unused]] const ssize_t sent =
         ::send(socket_, bytes.constData(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL);
-    sinceByte_.start();
+    sinceSend_.start();
 }
 
 void RawClient::read(qint64 bytes, int msec)
@@ -53,11 +52,9 @@ void RawClient::read(qint64 bytes, int msec)
             end_ = size == 0 ? End::Closed : End::Reset;
             return;
         }
-        const qint64 gap = sinceByte_.restart();
         if (firstByte_ < 0) {
-            firstByte_ = gap;
+            firstByte_ = sinceSend_.elapsed();
         }
-        longestGap_ = std::max(longestGap_, gap);
         count_ += size;
         if (keeps_) {
             received_.append(buffer.constData(), static_cast<int>(size));

@@ -27,8 +27,7 @@ public:
     qint64 count() const { return count_; }
     // How the connection stands after the last read.
     End end() const { return end_; }
-    // The longest time without a byte, and the time to the first.
-    qint64 longestGap() const { return longestGap_; }
+    // The time from the last send to the first byte.
     qint64 firstByte() const { return firstByte_; }
     // Only counts from now on, for more bytes than one wants to keep.
     void keepNothing() { keeps_ = false; }
@@ -39,7 +38,6 @@ private:
     qint64 count_ = 0;
     bool keeps_ = true;
     End end_ = End::Open;
-    QElapsedTimer sinceByte_;
-    qint64 longestGap_ = 0;
+    QElapsedTimer sinceSend_;
     qint64 firstByte_ = -1;
 };

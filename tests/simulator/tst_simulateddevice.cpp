@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "simulator/devicehost.h"
 #include "simulator/photopainter.h"
 #include "simulator/samplefiles.h"
+#include "tests/simulator/devicefixture.h"
 #include "tests/simulator/rawclient.h"
 #include "tests/support/testmain.h"
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QSettings>
-#include <QTcpSocket>
 #include <QTemporaryDir>
 
-// A device's two ports as a panel sees them.
-class SimulatedDeviceTest : public QObject
+// Start and stop of a device, its file port and its journal, as a panel sees them.
+class SimulatedDeviceTest : public QObject, private DeviceFixture
 {
     Q_OBJECT
 
@@ -23,7 +21,6 @@ private Q_SLOTS:
     void startsAndStops();
     void tellsAPortThatIsTaken();
     void livesOnAnotherAddress();
-
     void servesItsFiles();
     void refusesWhatItHasNot_data();
     void refusesWhatItHasNot();
@@ -34,108 +31,19 @@ private Q_SLOTS:
     void takesAnUpload();
     void putsAListInForceOnReload();
     void hasAwkwardStreams();
-
-    void pushesToEveryConnection();
-    void sendsNothingToNobody();
-    void sendsSeveralInOneSegment();
-    void splitsARecord();
-    void sendsARecordInPieces();
-    void forgetsARecordBrokenOff();
-    void countsCommands();
-    void takesCommandsOnConnectionsOfTheirOwn();
-    void dropsAndResets();
-    void isGoneForAWhile();
-    void stopsReading();
-
-    void sendsBursts();
-    void sendsByItself();
-    void sendsTheSameForTheSameSeed();
-    void burstsToTheFirstThatConnects();
     void makesPhotosLate();
-    void appendsWhatItSentToAFile();
     void writesAJournal();
-
-private:
-    QByteArray fetch(const QString &path, QByteArray *answer = nullptr) const;
-    std::unique_ptr<QTcpSocket> connectOnLine() const;
-
-    std::unique_ptr<DeviceHost> host_;
 };
-
-namespace
-{
-
-constexpr int patience = 5000;
-
-QDateTime now()
-{
-    return QDateTime::currentDateTimeUtc();
-}
-
-OnLine record(const char *number = "A123BC77")
-{
-    return SampleRecords::plain(QString::fromLatin1(number), now());
-}
-
-// What comes until there are so many bytes, or nothing more.
-QByteArray read(QTcpSocket *socket, int bytes)
-{
-    while (socket->bytesAvailable() < bytes && socket->waitForReadyRead(patience)) {
-    }
-    return socket->read(bytes);
-}
-
-QByteArray bytesOf(const QVector<OnLine> &records)
-{
-    QByteArray bytes;
-    for (const OnLine &entry : records) {
-        bytes += SampleRecords::bytes(entry);
-    }
-    return bytes;
-}
-
-} // namespace
 
 void SimulatedDeviceTest::init()
 {
-    host_ = std::make_unique<DeviceHost>();
-    QString error;
-    QVERIFY2(host_->start(&error), qPrintable(error));
+    startHost();
+    QVERIFY(host_->isRunning());
 }
 
 void SimulatedDeviceTest::cleanup()
 {
     host_.reset();
-}
-
-QByteArray SimulatedDeviceTest::fetch(const QString &path, QByteArray *answer) const
-{
-    QTcpSocket socket;
-    socket.connectToHost(host_->address(), host_->filePort());
-    socket.write("GET_IMMEDIATE_FILE:" + path.toLocal8Bit() + "\r\n");
-    while (!socket.canReadLine() && socket.waitForReadyRead(patience)) {
-    }
-    QByteArray line = socket.readLine().trimmed();
-    if (answer != nullptr) {
-        *answer = line;
-    }
-    return read(&socket, line.replace("File size=", "").toInt());
-}
-
-std::unique_ptr<QTcpSocket> SimulatedDeviceTest::connectOnLine() const
-{
-    const int before = host_->onLineConnections();
-    auto socket = std::make_unique<QTcpSocket>();
-    socket->connectToHost(host_->address(), host_->onLinePort());
-    if (!socket->waitForConnected(patience)) {
-        return socket;
-    }
-    QElapsedTimer timer;
-    timer.start();
-    while (host_->onLineConnections() == before && timer.elapsed() < patience) {
-        QThread::yieldCurrentThread();
-    }
-    return socket;
 }
 
 void SimulatedDeviceTest::startsAndStops()
@@ -265,8 +173,7 @@ void SimulatedDeviceTest::servesALargeArchiveInPieces()
 {
     DeviceConfig config;
     config.archive = 30000;
-    host_ = std::make_unique<DeviceHost>(config);
-    QVERIFY(host_->start());
+    startHost(config);
     const QByteArray archive = fetch(DevicePaths::archive());
     QCOMPARE(archive.size(), 30000 * 116);
     QCOMPARE(archive, host_->files().get(DevicePaths::archive()));
@@ -363,224 +270,12 @@ void SimulatedDeviceTest::hasAwkwardStreams()
     QCOMPARE(answer, QByteArray("Error=Can't open file"));
 }
 
-void SimulatedDeviceTest::pushesToEveryConnection()
-{
-    const auto first = connectOnLine();
-    const auto second = connectOnLine();
-    QCOMPARE(host_->onLineConnections(), 2);
-    const OnLine passage = record();
-    QCOMPARE(host_->push(passage), 2);
-    QCOMPARE(read(first.get(), 192), SampleRecords::bytes(passage));
-    QCOMPARE(read(second.get(), 192), SampleRecords::bytes(passage));
-    QCOMPARE(bytesOf(host_->sentRecords()), SampleRecords::bytes(passage));
-    second->disconnectFromHost();
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    host_->clearSentRecords();
-    QVERIFY(host_->sentRecords().isEmpty());
-}
-
-void SimulatedDeviceTest::sendsNothingToNobody()
-{
-    QCOMPARE(host_->push(record()), 0);
-    QCOMPARE(host_->burst(5), 0);
-    QVERIFY(host_->sentRecords().isEmpty());
-    const auto socket = connectOnLine();
-    const OnLine passage = record("B456CE78");
-    QCOMPARE(host_->push(passage), 1);
-    QCOMPARE(read(socket.get(), 192), SampleRecords::bytes(passage));
-}
-
-void SimulatedDeviceTest::sendsSeveralInOneSegment()
-{
-    RawClient client(host_->address(), host_->onLinePort());
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    const QVector<OnLine> all = SampleRecords::all(now());
-    QCOMPARE(host_->pushAll(all), 1);
-    client.read(1, patience); // a single read takes what has come together
-    QCOMPARE(client.received(), bytesOf(all));
-    QCOMPARE(bytesOf(host_->sentRecords()), bytesOf(all));
-}
-
-void SimulatedDeviceTest::splitsARecord()
-{
-    RawClient client(host_->address(), host_->onLinePort());
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    const OnLine passage = record();
-    QCOMPARE(host_->pushSplit(passage, 191, 300), 1);
-    client.read(1, patience);
-    QCOMPARE(client.received(), SampleRecords::bytes(passage).left(191));
-    QVERIFY(host_->sentRecords().isEmpty());
-    client.read(192, patience);
-    QCOMPARE(client.received(), SampleRecords::bytes(passage));
-    QVERIFY(client.longestGap() >= 250);
-    QTRY_COMPARE(host_->sentRecords().size(), 1);
-}
-
-void SimulatedDeviceTest::sendsARecordInPieces()
-{
-    const auto socket = connectOnLine();
-    const OnLine passage = record();
-    QCOMPARE(host_->pushInPieces(passage, 7, 1), 1);
-    QCOMPARE(read(socket.get(), 192), SampleRecords::bytes(passage));
-    QTRY_COMPARE(host_->sentRecords().size(), 1);
-}
-
-void SimulatedDeviceTest::forgetsARecordBrokenOff()
-{
-    RawClient client(host_->address(), host_->onLinePort());
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    QCOMPARE(host_->pushBytes(SampleRecords::bytes(record()).left(100)), 1);
-    host_->dropOnLine();
-    client.read(192, patience);
-    QCOMPARE(client.count(), qint64(100));
-    QCOMPARE(client.end(), RawClient::End::Closed);
-    QVERIFY(host_->sentRecords().isEmpty());
-}
-
-void SimulatedDeviceTest::countsCommands()
-{
-    const auto socket = connectOnLine();
-    socket->write("\xFF\xFF\xFD\xEF\xFFx\x01");
-    QVERIFY(socket->waitForBytesWritten(patience));
-    QTRY_COMPARE(host_->unexpectedBytes(), QByteArray("x\x01"));
-    QCOMPARE(host_->keepAliveCount(), 3);
-    QCOMPARE(host_->barrierCount(), 1);
-    QCOMPARE(host_->reloadCount(), 1);
-}
-
-void SimulatedDeviceTest::takesCommandsOnConnectionsOfTheirOwn()
-{
-    for (int press = 1; press <= 3; ++press) {
-        {
-            RawClient client(host_->address(), host_->onLinePort());
-            client.send("\xFD");
-        }
-        QTRY_COMPARE(host_->barrierCount(), press);
-    }
-    QTRY_COMPARE(host_->onLineConnections(), 0);
-}
-
-void SimulatedDeviceTest::dropsAndResets()
-{
-    RawClient dropped(host_->address(), host_->onLinePort());
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    host_->dropOnLine();
-    dropped.read(1, patience);
-    QCOMPARE(dropped.end(), RawClient::End::Closed);
-    RawClient reset(host_->address(), host_->onLinePort());
-    QTRY_COMPARE(host_->onLineConnections(), 1);
-    host_->resetOnLine();
-    reset.read(1, patience);
-    QCOMPARE(reset.end(), RawClient::End::Reset);
-    RawClient file(host_->address(), host_->filePort());
-    QTRY_COMPARE(host_->fileConnections(), 1);
-    host_->dropFileConnections();
-    file.read(1, patience);
-    QCOMPARE(file.end(), RawClient::End::Closed);
-}
-
-void SimulatedDeviceTest::isGoneForAWhile()
-{
-    const auto socket = connectOnLine();
-    QElapsedTimer timer;
-    timer.start();
-    host_->goneFor(400);
-    QVERIFY(socket->waitForDisconnected(patience) ||
-            socket->state() == QAbstractSocket::UnconnectedState);
-    QCOMPARE(RawClient(host_->address(), host_->onLinePort()).end(), RawClient::End::Refused);
-    QCOMPARE(RawClient(host_->address(), host_->filePort()).end(), RawClient::End::Refused);
-    QTRY_VERIFY(RawClient(host_->address(), host_->onLinePort()).isConnected());
-    QVERIFY(timer.elapsed() >= 395);
-    QTRY_VERIFY(RawClient(host_->address(), host_->filePort()).isConnected());
-}
-
-void SimulatedDeviceTest::stopsReading()
-{
-    host_->setOnLineReading(false);
-    const auto socket = connectOnLine();
-    constexpr int many = 32 * 1024 * 1024;
-    socket->write(QByteArray(many, '\xFF'));
-    while (socket->waitForBytesWritten(300)) {
-    }
-    QVERIFY(socket->bytesToWrite() > 0);
-    QCOMPARE(host_->keepAliveCount(), 0);
-    host_->setOnLineReading(true);
-    while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten(patience)) {
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(host_->keepAliveCount(), many, 10000);
-}
-
-void SimulatedDeviceTest::sendsBursts()
-{
-    const auto socket = connectOnLine();
-    QCOMPARE(host_->burst(1000), 1000);
-    const QByteArray bytes = read(socket.get(), 192000);
-    QCOMPARE(bytes.size(), 192000);
-    const QVector<OnLine> sent = host_->sentRecords();
-    QCOMPARE(bytes, bytesOf(sent));
-    for (int place = 1; place < sent.size(); ++place) {
-        QVERIFY(sent.at(place - 1).dateTime() <= sent.at(place).dateTime());
-    }
-    QVERIFY(sent.last().dateTime() <= now());
-}
-
-void SimulatedDeviceTest::sendsByItself()
-{
-    const auto socket = connectOnLine();
-    host_->setRate(100, 20);
-    const QByteArray bytes = read(socket.get(), 20 * 192);
-    QCOMPARE(bytes.size(), 20 * 192);
-    QCOMPARE(bytes, bytesOf(host_->sentRecords()));
-    QVERIFY(!socket->waitForReadyRead(100));
-    QCOMPARE(host_->sentRecords().size(), 20);
-}
-
-void SimulatedDeviceTest::sendsTheSameForTheSameSeed()
-{
-    const auto numbers = [](quint32 seed) {
-        DeviceConfig config;
-        config.feed.seed = seed;
-        config.feed.unreadable = 0.3;
-        DeviceHost host(config);
-        host.start();
-        const RawClient client(host.address(), host.onLinePort());
-        while (host.onLineConnections() == 0) {
-            QThread::yieldCurrentThread();
-        }
-        host.burst(100);
-        QStringList result;
-        const QVector<OnLine> sent = host.sentRecords();
-        for (const OnLine &entry : sent) {
-            result += entry.number() + entry.comment();
-        }
-        return result;
-    };
-    const QStringList first = numbers(7);
-    QCOMPARE(first.size(), 100);
-    QCOMPARE(numbers(7), first);
-    QVERIFY(numbers(8) != first);
-}
-
-void SimulatedDeviceTest::burstsToTheFirstThatConnects()
-{
-    DeviceConfig config;
-    config.burstOnConnect = 10;
-    host_ = std::make_unique<DeviceHost>(config);
-    QVERIFY(host_->start());
-    const auto first = connectOnLine();
-    QCOMPARE(read(first.get(), 1920).size(), 1920);
-    const auto second = connectOnLine();
-    QVERIFY(!second->waitForReadyRead(100));
-    QCOMPARE(host_->sentRecords().size(), 10);
-}
-
 void SimulatedDeviceTest::makesPhotosLate()
 {
     DeviceConfig config;
     config.feed.latePhotos = 1;
-    config.feed.lateMsec = 300;
-    host_ = std::make_unique<DeviceHost>(config);
-    QVERIFY(host_->start());
+    config.feed.lateMsec = 600;
+    startHost(config);
     const auto socket = connectOnLine();
     host_->burst(1);
     const QString photo = host_->sentRecords().first().fileName();
@@ -588,23 +283,6 @@ void SimulatedDeviceTest::makesPhotosLate()
     fetch(photo, &answer);
     QCOMPARE(answer, QByteArray("Error=Can't open file"));
     QTRY_VERIFY(fetch(photo).size() > 40 * 1024);
-}
-
-void SimulatedDeviceTest::appendsWhatItSentToAFile()
-{
-    const QTemporaryDir folder;
-    DeviceConfig config;
-    config.sentFile = folder.filePath(QStringLiteral("sent"));
-    config.sentLimit = 3;
-    host_ = std::make_unique<DeviceHost>(config);
-    QVERIFY(host_->start());
-    const auto socket = connectOnLine();
-    host_->burst(10);
-    QFile file(config.sentFile);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray sent = file.readAll();
-    QCOMPARE(read(socket.get(), 1920), sent);
-    QCOMPARE(bytesOf(host_->sentRecords()), sent.right(3 * 192));
 }
 
 void SimulatedDeviceTest::writesAJournal()
