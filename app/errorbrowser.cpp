@@ -9,12 +9,22 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace
 {
 
+// The toolkit's own test ends with the first line, and the tags may stand in a later one.
+bool hasTags(const QString &text)
+{
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QString &line) { return Qt::mightBeRichText(line); });
+}
+
 void fill(QTextBrowser &browser, QString text)
 {
-    if (!Qt::mightBeRichText(text)) {
+    if (!hasTags(text)) {
         browser.setPlainText(text);
         return;
     }

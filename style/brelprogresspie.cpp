@@ -89,10 +89,11 @@ void BrelProgressPie::paintTexts(QPainter &painter, const QRectF &room) const
     const double number = room.height() / 3.6;
     QRectF upper = room;
     if (two) {
-        upper.setBottom(room.top() + room.height() * 0.64);
+        upper.setBottom(room.top() + room.height() * 0.6);
     }
     painter.setFont(pixelFont(font(), number));
-    painter.drawText(upper, Qt::AlignCenter, tr("%1%").arg(progress_));
+    painter.drawText(upper, Qt::AlignHCenter | (two ? Qt::AlignBottom : Qt::AlignVCenter),
+                     tr("%1%").arg(progress_));
     if (!two) {
         return;
     }

@@ -7,13 +7,18 @@
 #include "style/metrics.h"
 
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QFontInfo>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
+#include <QScreen>
 #include <QStyleOption>
 #include <QTableView>
+#include <QTextCharFormat>
+#include <QToolButton>
 #include <QToolTip>
 
 using namespace Metrics;
@@ -53,6 +58,46 @@ bool needsMinimumHeight(const QWidget *widget)
                         qobject_cast<const QAbstractItemView *>(parent->parentWidget()) != nullptr;
     return !editor && qobject_cast<const QAbstractSpinBox *>(parent) == nullptr &&
            qobject_cast<const QComboBox *>(parent) == nullptr;
+}
+
+Qt::ArrowType arrowOf(QStyle::PrimitiveElement element)
+{
+    switch (element) {
+    case QStyle::PE_IndicatorArrowUp:
+        return Qt::UpArrow;
+    case QStyle::PE_IndicatorArrowLeft:
+        return Qt::LeftArrow;
+    case QStyle::PE_IndicatorArrowRight:
+        return Qt::RightArrow;
+    default:
+        return Qt::DownArrow;
+    }
+}
+
+// The calendar draws its days without asking the style, so its colours are settled once.
+void makeReadable(QCalendarWidget &calendar)
+{
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
+        QTextCharFormat format = calendar.weekdayTextFormat(day);
+        // The title row is the lightest ground that a day's name stands on.
+        format.setForeground(Contrast::readable(format.foreground().color(), Metrics::window));
+        calendar.setWeekdayTextFormat(day, format);
+    }
+}
+
+// The toolkit's own size shows five files; there is room for more on every panel. As a minimum,
+// because the dialog takes its size only after it was polished.
+void enlarge(QFileDialog &dialog)
+{
+    const QSize room = dialog.screen()->availableSize() - QSize(2 * margin, touchSize);
+    const QSize wanted(fileDialogWidth, fileDialogHeight);
+    dialog.setMinimumSize(dialog.minimumSize().expandedTo(wanted.boundedTo(room)));
+}
+
+bool hasMenuKey(const QWidget *widget)
+{
+    const auto *tool = qobject_cast<const QToolButton *>(widget);
+    return tool != nullptr && tool->popupMode() == QToolButton::MenuButtonPopup;
 }
 
 // The ground that an item of a view will be painted on.
@@ -164,6 +209,12 @@ void BrelStyle::polish(QWidget *widget)
         widget->setProperty(formerHeight, widget->minimumHeight());
         widget->setMinimumHeight(touchSize);
     }
+    if (auto *calendar = qobject_cast<QCalendarWidget *>(widget)) {
+        makeReadable(*calendar);
+    }
+    if (auto *files = qobject_cast<QFileDialog *>(widget)) {
+        enlarge(*files);
+    }
     // Through the view, because a hidden header, which still sets the row heights, is not polished.
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         for (QHeaderView *header : {table->verticalHeader(), table->horizontalHeader()}) {
@@ -196,8 +247,10 @@ int BrelStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
     case PM_TabBarScrollButtonWidth:
     case PM_SliderThickness:
     case PM_SliderControlThickness:
-    case PM_MenuButtonIndicator:
         return touchSize;
+    case PM_MenuButtonIndicator:
+        // Elsewhere it is only the little arrow in the corner of a button.
+        return hasMenuKey(widget) ? touchSize : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_SliderLength:
         return sliderLength;
     case PM_ScrollBarSliderMin:
@@ -233,6 +286,9 @@ int BrelStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return padding;
     case PM_TextCursorWidth:
         return 2;
+    case PM_HeaderMargin:
+    case PM_FocusFrameHMargin:
+        return fieldPadding;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -272,6 +328,10 @@ QRect BrelStyle::subElementRect(SubElement element, const QStyleOption *option,
 {
     if (element == SE_CheckBoxClickRect || element == SE_RadioButtonClickRect) {
         return option->rect;
+    }
+    if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        frame != nullptr && frame->lineWidth > 0 && element == SE_LineEditContents) {
+        return option->rect.adjusted(fieldPadding, focusWidth, -fieldPadding, -focusWidth);
     }
     return QProxyStyle::subElementRect(element, option, widget);
 }
@@ -323,6 +383,7 @@ void BrelStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     case PE_FrameLineEdit:
         return ControlPainter::field(*painter, *option, true);
     case PE_Frame:
+    case PE_FrameMenu:
     case PE_FrameGroupBox:
     case PE_FrameTabWidget:
         return ControlPainter::quietFrame(*painter, option->rect);
@@ -334,6 +395,12 @@ void BrelStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
         return ControlPainter::checkIndicator(*painter, *option);
     case PE_IndicatorRadioButton:
         return ControlPainter::radioIndicator(*painter, *option);
+    case PE_IndicatorArrowUp:
+    case PE_IndicatorArrowDown:
+    case PE_IndicatorArrowLeft:
+    case PE_IndicatorArrowRight:
+        return ControlPainter::chevron(*painter, option->rect, arrowOf(element),
+                                       option->palette.color(QPalette::ButtonText));
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -350,6 +417,16 @@ void BrelStyle::drawControl(ControlElement element, const QStyleOption *option, 
     if (const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option);
         header != nullptr && element == CE_HeaderSection) {
         return ControlPainter::headerSection(*painter, *header);
+    }
+    if (const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option);
+        header != nullptr && element == CE_HeaderLabel) {
+        // Bold titles above selected cells would need more room than their columns have.
+        QStyleOptionHeader calm = *header;
+        calm.state &= ~State_On;
+        if ((calm.textAlignment & Qt::AlignVertical_Mask) == 0) {
+            calm.textAlignment |= Qt::AlignVCenter;
+        }
+        return QProxyStyle::drawControl(element, &calm, painter, widget);
     }
     if (const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
         tab != nullptr && element == CE_TabBarTabShape) {

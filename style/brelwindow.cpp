@@ -78,7 +78,7 @@ void BrelWindow::setCentralWidget(QWidget *widget)
     }
     if (central_ != nullptr) {
         body_->layout()->removeWidget(central_);
-        central_->hide();
+        // Hides it too, without marking it as hidden on purpose: it shows again in another place.
         central_->setParent(nullptr);
     }
     central_ = widget;
@@ -268,7 +268,8 @@ void BrelWindow::settleGeometry()
     const QRect whole = windowHandle()->screen()->availableGeometry();
     if (isMaximized() && geometry() == before_ && before_ != whole) {
         normal_ = before_;
-        setGeometry(whole);
+        // The widget's own function would take the maximised state back.
+        windowHandle()->setGeometry(whole);
     } else if (!isMaximized() && normal_.isValid()) {
         if (geometry() == whole) {
             setGeometry(normal_);

@@ -38,9 +38,11 @@ QColor Contrast::readable(const QColor &text, const QColor &ground, double wante
         const double share = static_cast<double>(step) / steps;
         const double end = lighten ? 1.0 : 0.0;
         const double lightness = from.lightnessF() + (end - from.lightnessF()) * share;
-        const QColor candidate = QColor::fromHslF(qMax(0.0, from.hslHueF()), from.hslSaturationF(),
-                                                  lightness, text.alphaF())
-                                     .toRgb();
+        // Judged as the screen will show it, in eight bits a channel.
+        const QColor candidate =
+            QColor::fromRgba(QColor::fromHslF(qMax(0.0, from.hslHueF()), from.hslSaturationF(),
+                                              lightness, text.alphaF())
+                                 .rgba());
         if (ratio(candidate, ground) >= wanted) {
             return candidate;
         }

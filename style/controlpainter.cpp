@@ -163,8 +163,8 @@ void ControlPainter::chevron(QPainter &painter, const QRect &rect, Qt::ArrowType
                              const QColor &color)
 {
     const Saved saved(painter);
-    static constexpr double half = 6.0;
-    static constexpr double quarter = 3.0;
+    const double half = qBound(2.0, qMin(rect.width(), rect.height()) / 2.0 - 1.0, 6.0);
+    const double quarter = half / 2.0;
     painter.translate(QRectF(rect).center());
     switch (type) {
     case Qt::UpArrow:

@@ -15,6 +15,7 @@ inline constexpr int margin = 8;
 inline constexpr int spacing = 6;
 inline constexpr int radius = 4;
 inline constexpr int padding = 10;
+inline constexpr int fieldPadding = 6;
 inline constexpr int focusWidth = 2;
 inline constexpr int indicatorSize = 26;
 inline constexpr int scrollHandleLength = 64;
@@ -36,6 +37,8 @@ inline constexpr int fadeWidth = 24;
 // Keypad and dialogs.
 inline constexpr int keyWidth = 62;
 inline constexpr int keyHeight = 50;
+inline constexpr int fileDialogWidth = 900;
+inline constexpr int fileDialogHeight = 466;
 inline constexpr int errorDialogWidth = 512;
 inline constexpr int errorDialogHeight = 384;
 
