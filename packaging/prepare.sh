@@ -2,7 +2,7 @@
 # Shared by run.sh and test.sh, which source it: installs what the build needs, and builds.
 
 packages="build-essential cmake ninja-build qtbase5-dev qttools5-dev-tools libbenchmark-dev locales
-xvfb fonts-dejavu-core procps"
+xvfb xdotool fonts-dejavu-core procps"
 
 prepare_packages() {
     missing=

@@ -1,0 +1,311 @@
+// SPDX-License-Identifier: MIT
+#include "app/settings.h"
+#include "records/deviceindex.h"
+#include "records/scan.h"
+#include "records/vasksettings.h"
+#include "simulator/livefeed.h"
+#include "tests/support/devices.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+
+#include <csignal>
+
+namespace
+{
+
+constexpr int patience = 30000;
+const QDateTime time0 = QDateTime(QDate(2026, 11, 21), QTime(12, 0), Qt::UTC);
+
+OnLine record(int n)
+{
+    OnLine one = SampleRecords::plain(
+        QStringLiteral("A%1BC77").arg(n % 1000, 3, 10, QLatin1Char('0')), time0.addSecs(n));
+    one.setFileName(DevicePaths::photoFolder() + VaskSettings::picFileName(one));
+    return one;
+}
+
+} // namespace
+
+// The program itself, as it is installed, in a window on an X server, against a simulated device in
+// this process: what it stored is compared with what the device sent. It is handled as from
+// outside: by its command line, its mouse and keys (xdotool) and signals.
+class TestWholeProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        home_ = std::make_unique<QTemporaryDir>();
+        devices_ = std::make_unique<Devices>();
+        panel_ = std::make_unique<QProcess>();
+        // The panel reads its ports from its own settings.
+        const QString folder = home_->filePath(QStringLiteral(".config/Dorvel Ltd"));
+        QVERIFY(QDir().mkpath(folder));
+        QFile settings(folder + QStringLiteral("/Stallo.conf"));
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Global]\nVaskParkingPort=" + QByteArray::number(device().onLinePort()) +
+                       "\nFileTransferPort=" + QByteArray::number(device().filePort()) +
+                       "\nVideoTimeout=200\n[AddressList]\nAddresses=127.0.0.1, 127.0.0.2\n");
+    }
+
+    void cleanup()
+    {
+        if (panel_->state() != QProcess::NotRunning) {
+            panel_->kill();
+            panel_->waitForFinished();
+        }
+        panel_.reset();
+        devices_.reset();
+    }
+
+    void storesWhatTheDeviceSent()
+    {
+        start({QStringLiteral("--online"), device().address()});
+        QTRY_COMPARE_WITH_TIMEOUT(device().onLineConnections(), 1, patience);
+        QVector<OnLine> sent;
+        for (int n = 0; n < 300; ++n) {
+            sent.append(record(n));
+        }
+        device().pushAll(sent.mid(0, 250));
+        for (int n = 250; n < 300; ++n) {
+            device().push(sent.at(n));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(fileSize(QStringLiteral("tmponline.tpp")),
+                                  qint64(300 * Scan::size), 60000);
+        QByteArray table;
+        QByteArray index;
+        for (const OnLine &each : qAsConst(sent)) {
+            table.append(Scan(each).data(), Scan::size);
+            index += DeviceIndex::entry(device().deviceId());
+        }
+        QCOMPARE(content(QStringLiteral("tmponline.tpp")), table);
+        QCOMPARE(content(QStringLiteral("tmponline.tpp.index")), index);
+        for (const OnLine &each : qAsConst(sent)) {
+            QCOMPARE(content(QStringLiteral("jpegdata/") + VaskSettings::picFileName(each)),
+                     device().files().get(each.fileName()));
+        }
+        QTRY_VERIFY(device().journal().countRequests(DevicePaths::videoFrame()) > 0);
+        endBySignal();
+        QVERIFY(settingsText().contains("LastWindowsize="));
+        QVERIFY(!settingsText().contains("LastWindowSize="));
+    }
+
+    void opensBarrierOncePerPress()
+    {
+        start({QStringLiteral("--online"), device().address()});
+        QTRY_COMPARE_WITH_TIMEOUT(device().onLineConnections(), 1, patience);
+        // Enabled by the report of the connection, which takes a moment to reach the page.
+        QTRY_VERIFY_WITH_TIMEOUT((click(barrierButton()), device().barrierCount() > 0), patience);
+        const int before = device().barrierCount();
+        for (int press = 1; press <= 3; ++press) {
+            click(barrierButton());
+            QTRY_COMPARE(device().barrierCount(), before + press);
+        }
+        QCOMPARE(device().unexpectedBytes(), QByteArray());
+        endByCloseButton();
+    }
+
+    void refusesSecondStart()
+    {
+        start({QStringLiteral("--online"), device().address()});
+        QTRY_COMPARE_WITH_TIMEOUT(device().onLineConnections(), 1, patience);
+        device().push(record(1));
+        QTRY_COMPARE_WITH_TIMEOUT(fileSize(QStringLiteral("tmponline.tpp")), qint64(Scan::size),
+                                  patience);
+        QProcess second;
+        second.setProcessEnvironment(panel_->processEnvironment());
+        second.start(program(), {});
+        QVERIFY(second.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT((key("Return"), second.state() == QProcess::NotRunning), patience);
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(fileSize(QStringLiteral("tmponline.tpp")), qint64(Scan::size));
+        endBySignal();
+    }
+
+    void closesInEveryState_data()
+    {
+        QTest::addColumn<QString>("state");
+        for (const char *state : {"idle", "identifier", "black hole", "silent device", "burst",
+                                  "loaders", "error dialog", "address dialog"}) {
+            QTest::newRow(state) << QString::fromLatin1(state);
+        }
+    }
+    void closesInEveryState()
+    {
+        QFETCH(QString, state);
+        QVector<QTcpSocket *> queue;
+        QTcpServer full;
+        if (state == QLatin1String("idle")) {
+            start({});
+            QTRY_VERIFY_WITH_TIMEOUT(QDir(home_->filePath(QStringLiteral("Stallo"))).exists(),
+                                     patience);
+        } else if (state == QLatin1String("identifier")) {
+            device().files().remove(DevicePaths::streams());
+            start({device().address()});
+            QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(DevicePaths::streams()) > 0,
+                                     patience);
+        } else if (state == QLatin1String("black hole")) {
+            fillQueue(full, queue);
+            storeOnLinePort(full.serverPort());
+            start({device().address()});
+            QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(DevicePaths::streams()) > 0,
+                                     patience);
+        } else if (state == QLatin1String("silent device")) {
+            device().faults().add(Fault::silent());
+            start({device().address()});
+            QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests() > 1, patience);
+        } else {
+            if (state == QLatin1String("loaders")) {
+                device().faults().add(
+                    Fault::answer("Error").onlyFor(Fault::Method::Get).on(record(1).fileName()));
+            }
+            start({device().address()});
+            QTRY_COMPARE_WITH_TIMEOUT(device().onLineConnections(), 1, patience);
+            enterDialogState(state);
+        }
+        if (state == QLatin1String("idle")) {
+            // Nothing tells from outside when the window is there; the button is pressed until it
+            // is.
+            QTRY_VERIFY_WITH_TIMEOUT(
+                (click(closeButton()), panel_->state() == QProcess::NotRunning), patience);
+            QCOMPARE(panel_->exitCode(), 0);
+        } else {
+            endBySignal();
+        }
+        qDeleteAll(queue);
+    }
+
+private:
+    DeviceHost &device() { return devices_->first(); }
+    static QString program() { return QStringLiteral(STALLO_PROGRAM); }
+
+    void start(const QStringList &arguments)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), home_->path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                           home_->filePath(QStringLiteral(".config")));
+        panel_->setProcessEnvironment(environment);
+        panel_->setProcessChannelMode(QProcess::ForwardedChannels);
+        panel_->start(program(), arguments);
+        QVERIFY(panel_->waitForStarted());
+    }
+
+    void enterDialogState(const QString &state)
+    {
+        if (state == QLatin1String("burst")) {
+            QVector<OnLine> many;
+            for (int n = 0; n < 1000; ++n) {
+                many.append(record(n));
+            }
+            device().pushAll(many);
+            QTRY_VERIFY_WITH_TIMEOUT(fileSize(QStringLiteral("tmponline.tpp")) > 5 * Scan::size,
+                                     patience);
+        } else if (state == QLatin1String("loaders")) {
+            device().push(record(1));
+            QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(record(1).fileName()) > 1,
+                                     patience);
+        } else if (state == QLatin1String("error dialog")) {
+            QTRY_VERIFY_WITH_TIMEOUT((click(barrierButton()), device().barrierCount() > 0),
+                                     patience);
+            device().setOnLineListening(false);
+            click(barrierButton());
+        } else if (state == QLatin1String("address dialog")) {
+            click(QPoint(90, 229));
+        }
+    }
+
+    // What the operator would press, on the smallest window at the screen's corner.
+    static QPoint barrierButton() { return QPoint(344, 229); }
+    static QPoint closeButton() { return QPoint(994, 31); }
+
+    static void click(const QPoint &place)
+    {
+        QProcess::execute(QStringLiteral("xdotool"),
+                          {QStringLiteral("mousemove"), QString::number(place.x()),
+                           QString::number(place.y()), QStringLiteral("click"),
+                           QStringLiteral("1")});
+    }
+    static void key(const char *name)
+    {
+        QProcess::execute(QStringLiteral("xdotool"),
+                          {QStringLiteral("key"), QString::fromLatin1(name)});
+    }
+
+    void endBySignal()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        ::kill(static_cast<pid_t>(panel_->processId()), SIGTERM);
+        expectEnd(clock);
+    }
+    void endByCloseButton()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        click(closeButton());
+        expectEnd(clock);
+    }
+    void expectEnd(const QElapsedTimer &clock)
+    {
+        QVERIFY(panel_->waitForFinished(patience));
+        const qint64 taken = clock.elapsed();
+        QCOMPARE(panel_->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(panel_->exitCode(), 0);
+        QVERIFY2(taken < 2000, qPrintable(QStringLiteral("took %1 ms").arg(taken)));
+    }
+
+    QByteArray content(const QString &name) const
+    {
+        QFile file(home_->filePath(QStringLiteral("Stallo/OnLineTemp/")) + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    qint64 fileSize(const QString &name) const
+    {
+        return QFileInfo(home_->filePath(QStringLiteral("Stallo/OnLineTemp/")) + name).size();
+    }
+    QString settingsFile() const
+    {
+        return home_->filePath(QStringLiteral(".config/Dorvel Ltd/Stallo.conf"));
+    }
+    QByteArray settingsText() const
+    {
+        QFile file(settingsFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    void storeOnLinePort(quint16 port)
+    {
+        QSettings(settingsFile(), QSettings::IniFormat)
+            .setValue(QStringLiteral("Global/VaskParkingPort"), port);
+    }
+
+    static void fillQueue(QTcpServer &server, QVector<QTcpSocket *> &queue)
+    {
+        server.setMaxPendingConnections(1);
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        server.pauseAccepting();
+        for (int tries = 0; tries < 200; ++tries) {
+            queue.append(new QTcpSocket);
+            queue.last()->connectToHost(QHostAddress::LocalHost, server.serverPort());
+            if (!queue.last()->waitForConnected(300)) {
+                return;
+            }
+        }
+        QFAIL("the queue does not fill");
+    }
+
+    std::unique_ptr<QTemporaryDir> home_;
+    std::unique_ptr<Devices> devices_;
+    std::unique_ptr<QProcess> panel_;
+};
+
+STALLO_TEST_MAIN(TestWholeProgram)
+#include "tst_wholeprogram.moc"
