@@ -74,9 +74,13 @@ Qt::ArrowType arrowOf(QStyle::PrimitiveElement element)
     }
 }
 
-// The calendar draws its days without asking the style, so its colours are settled once.
-void makeReadable(QCalendarWidget &calendar)
+// The calendar draws and measures its days without asking the style, so that is settled once.
+void settle(QCalendarWidget &calendar)
 {
+    // Beside the days a column of week numbers, above them their names and the month.
+    constexpr int columns = 8;
+    constexpr int rows = 8;
+    calendar.setMinimumSize(columns * touchSize, rows * touchSize);
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
         QTextCharFormat format = calendar.weekdayTextFormat(day);
         // The title row is the lightest ground that a day's name stands on.
@@ -210,7 +214,7 @@ void BrelStyle::polish(QWidget *widget)
         widget->setMinimumHeight(touchSize);
     }
     if (auto *calendar = qobject_cast<QCalendarWidget *>(widget)) {
-        makeReadable(*calendar);
+        settle(*calendar);
     }
     if (auto *files = qobject_cast<QFileDialog *>(widget)) {
         enlarge(*files);
