@@ -5,6 +5,7 @@
 #include "style/controlgeometry.h"
 #include "style/controlpainter.h"
 #include "style/metrics.h"
+#include "style/readableitem.h"
 
 #include <QApplication>
 #include <QCalendarWidget>
@@ -60,6 +61,19 @@ bool needsMinimumHeight(const QWidget *widget)
            qobject_cast<const QComboBox *>(parent) == nullptr;
 }
 
+bool focusShown(const QStyleOption &option)
+{
+    return (option.state & QStyle::State_HasFocus) != 0 &&
+           (option.state & QStyle::State_KeyboardFocusChange) != 0;
+}
+
+// Inside the line that a pressed or chosen control has at its border.
+QRect within(const QRect &rect)
+{
+    constexpr int inset = 2 * focusWidth;
+    return rect.adjusted(inset, inset, -inset, -inset);
+}
+
 Qt::ArrowType arrowOf(QStyle::PrimitiveElement element)
 {
     switch (element) {
@@ -74,9 +88,13 @@ Qt::ArrowType arrowOf(QStyle::PrimitiveElement element)
     }
 }
 
-// The calendar draws its days without asking the style, so its colours are settled once.
-void makeReadable(QCalendarWidget &calendar)
+// The calendar draws and measures its days without asking the style, so that is settled once.
+void settle(QCalendarWidget &calendar)
 {
+    // Beside the days a column of week numbers, above them their names and the month.
+    constexpr int columns = 8;
+    constexpr int rows = 8;
+    calendar.setMinimumSize(columns * touchSize, rows * touchSize);
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
         QTextCharFormat format = calendar.weekdayTextFormat(day);
         // The title row is the lightest ground that a day's name stands on.
@@ -98,40 +116,6 @@ bool hasMenuKey(const QWidget *widget)
 {
     const auto *tool = qobject_cast<const QToolButton *>(widget);
     return tool != nullptr && tool->popupMode() == QToolButton::MenuButtonPopup;
-}
-
-// The ground that an item of a view will be painted on.
-QColor itemGround(const QStyleOptionViewItem &item)
-{
-    if ((item.state & QStyle::State_Selected) != 0) {
-        return item.palette.color(QPalette::Highlight);
-    }
-    if (item.backgroundBrush.style() != Qt::NoBrush) {
-        return item.backgroundBrush.color();
-    }
-    const bool alternate = (item.features & QStyleOptionViewItem::Alternate) != 0;
-    return item.palette.color(alternate ? QPalette::AlternateBase : QPalette::Base);
-}
-
-QStyleOptionViewItem readableItem(const QStyleOptionViewItem &item, const QWidget *widget)
-{
-    QStyleOptionViewItem result = item;
-    const bool enabled = (item.state & QStyle::State_Enabled) != 0;
-    const bool active = (item.state & QStyle::State_Active) != 0;
-    const QPalette::ColorGroup group =
-        !enabled ? QPalette::Disabled : (active ? QPalette::Normal : QPalette::Inactive);
-    result.palette.setCurrentColorGroup(group);
-    const QColor given = result.palette.color(group, QPalette::Text);
-    const QPalette usual = widget != nullptr ? widget->palette() : QApplication::palette();
-    const QColor ground = itemGround(result);
-    const double wanted = enabled ? textContrast : disabledContrast;
-    const QColor text = Contrast::readable(given, ground, wanted);
-    result.palette.setColor(group, QPalette::Text, text);
-    // A cell that the model has coloured keeps its colour while it is selected.
-    if (given != usual.color(group, QPalette::Text)) {
-        result.palette.setColor(group, QPalette::HighlightedText, text);
-    }
-    return result;
 }
 
 } // namespace
@@ -210,7 +194,7 @@ void BrelStyle::polish(QWidget *widget)
         widget->setMinimumHeight(touchSize);
     }
     if (auto *calendar = qobject_cast<QCalendarWidget *>(widget)) {
-        makeReadable(*calendar);
+        settle(*calendar);
     }
     if (auto *files = qobject_cast<QFileDialog *>(widget)) {
         enlarge(*files);
@@ -411,7 +395,7 @@ void BrelStyle::drawControl(ControlElement element, const QStyleOption *option, 
 {
     if (const auto *item = qstyleoption_cast<const QStyleOptionViewItem *>(option);
         item != nullptr && element == CE_ItemViewItem) {
-        const QStyleOptionViewItem readable = readableItem(*item, widget);
+        const QStyleOptionViewItem readable = ReadableItem::of(*item, widget);
         return QProxyStyle::drawControl(element, &readable, painter, widget);
     }
     if (const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option);
@@ -432,7 +416,19 @@ void BrelStyle::drawControl(ControlElement element, const QStyleOption *option, 
         tab != nullptr && element == CE_TabBarTabShape) {
         return ControlPainter::tab(*painter, *tab);
     }
+    if (const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
+        tab != nullptr && element == CE_TabBarTabLabel && focusShown(*tab)) {
+        // Fusion would lay its own frame over the text.
+        QStyleOptionTab plain = *tab;
+        plain.state &= ~State_HasFocus;
+        QProxyStyle::drawControl(element, &plain, painter, widget);
+        return ControlPainter::focusFrame(*painter, within(tab->rect));
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
+    // Fusion tells a focused button by its outline, which is not drawn here.
+    if (element == CE_PushButton && focusShown(*option)) {
+        ControlPainter::focusFrame(*painter, within(option->rect));
+    }
 }
 
 void BrelStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
@@ -474,4 +470,7 @@ void BrelStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
         return;
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_Slider && focusShown(*option)) {
+        ControlPainter::focusFrame(*painter, option->rect);
+    }
 }

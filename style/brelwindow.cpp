@@ -2,6 +2,7 @@
 #include "style/brelwindow.h"
 
 #include "style/brelwindowtitle.h"
+#include "style/focuskeeper.h"
 #include "style/metrics.h"
 
 #include <QApplication>
@@ -58,6 +59,7 @@ BrelWindow::BrelWindow(QWidget *parent, Qt::WindowFlags flags)
     connect(title_, &BrelWindowTitle::minimizeRequested, this, &QWidget::showMinimized);
     connect(title_, &BrelWindowTitle::maximizeRequested, this, &BrelWindow::toggleMaximized);
     connect(title_, &BrelWindowTitle::closeRequested, this, &QWidget::close);
+    new FocusKeeper(this);
     settle_.setSingleShot(true);
     settle_.setInterval(windowManagerTime);
     connect(&settle_, &QTimer::timeout, this, &BrelWindow::settleGeometry);

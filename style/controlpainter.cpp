@@ -54,7 +54,7 @@ QColor buttonGround(const QStyleOption &option)
     if (has(option, QStyle::State_On)) {
         return enabled ? option.palette.color(QPalette::Highlight) : disabledButton;
     }
-    const QColor ground = option.palette.color(QPalette::Button);
+    QColor ground = option.palette.color(QPalette::Button);
     if (enabled && has(option, QStyle::State_MouseOver) && ground == Metrics::button) {
         return buttonHover;
     }

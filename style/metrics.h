@@ -34,9 +34,7 @@ inline constexpr int windowButtonWidth = 48;
 inline constexpr int windowIcon = 20;
 inline constexpr int fadeWidth = 24;
 
-// Keypad and dialogs.
-inline constexpr int keyWidth = 62;
-inline constexpr int keyHeight = 50;
+// Dialogs.
 inline constexpr int fileDialogWidth = 900;
 inline constexpr int fileDialogHeight = 466;
 inline constexpr int errorDialogWidth = 512;

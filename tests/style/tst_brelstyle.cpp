@@ -16,6 +16,12 @@
 
 Q_DECLARE_METATYPE(QPalette::ColorRole)
 
+static_assert(Metrics::textContrast >= 7.0 && Metrics::disabledContrast >= 4.5,
+              "texts are read at arm's length");
+static_assert(Metrics::smallestFontPoints >= 11.0 &&
+                  Metrics::fontPoints >= Metrics::smallestFontPoints,
+              "texts are read at arm's length");
+
 namespace
 {
 

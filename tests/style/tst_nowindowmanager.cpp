@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "style/brelstyle.h"
 #include "style/brelwindow.h"
+
+#include "app/addressdialog.h"
 #include "style/brelwindowtitle.h"
 #include "style/metrics.h"
 #include "tests/style/windowmouse.h"
 #include "tests/support/testmain.h"
 
 #include <QAbstractButton>
+#include <QLineEdit>
 #include <QScreen>
 
 #include <memory>
@@ -25,6 +27,8 @@ private Q_SLOTS:
     void maximizesByDoubleClick();
     void startsMaximized();
     void minimizingLosesNothing();
+    void keypadReachesADialog();
+    void pressedWindowGetsTheKeyboard();
 
 private:
     QPoint barPlace() const;
@@ -108,6 +112,39 @@ void TestNoWindowManager::minimizingLosesNothing()
     QTRY_VERIFY(window_->windowHandle()->isExposed());
     mouse_->doubleClick(barPlace());
     QTRY_COMPARE(window_->geometry(), window_->screen()->availableGeometry());
+}
+
+void TestNoWindowManager::keypadReachesADialog()
+{
+    show();
+    QTRY_VERIFY(window_->isActiveWindow());
+    {
+        AddressDialog dialog(window_.get());
+        dialog.open();
+        QTRY_VERIFY(dialog.isActiveWindow());
+        auto *editor = dialog.findChild<QLineEdit *>(QStringLiteral("lineEditAddress"));
+        QTest::mouseClick(editor, Qt::LeftButton);
+        editor->setFocus();
+        editor->clear();
+        for (const char *key : {"pb1", "pb0", "pbComma", "pb7"}) {
+            QTest::mouseClick(dialog.findChild<QAbstractButton *>(QLatin1String(key)),
+                              Qt::LeftButton);
+        }
+        QCOMPARE(editor->text(), QStringLiteral("10.7"));
+    }
+    QTRY_VERIFY(window_->isActiveWindow());
+}
+
+void TestNoWindowManager::pressedWindowGetsTheKeyboard()
+{
+    show();
+    QTRY_VERIFY(window_->isActiveWindow());
+    QWidget other;
+    other.resize(100, 100);
+    other.show();
+    QTRY_VERIFY(other.isActiveWindow());
+    QTest::mouseClick(window_->centralWidget(), Qt::LeftButton);
+    QTRY_VERIFY(window_->isActiveWindow());
 }
 
 STALLO_TEST_MAIN(TestNoWindowManager)

@@ -33,6 +33,10 @@
 
 using Metrics::touchSize;
 
+static_assert(touchSize >= 44, "a gloved finger needs 44 px");
+static_assert(Metrics::titleBarHeight >= touchSize && Metrics::windowButtonWidth >= touchSize,
+              "every control needs the touch size");
+
 namespace
 {
 
@@ -395,6 +399,8 @@ void TestTouchSizes::calendar()
     const auto *days = calendar.findChild<QTableView *>();
     QVERIFY(days != nullptr);
     QVERIFY(days->rowHeight(1) >= touchSize && days->columnWidth(1) >= touchSize);
+    const QRect last = days->visualRect(days->model()->index(days->model()->rowCount() - 1, 1));
+    QVERIFY(days->viewport()->rect().contains(last));
 }
 
 void TestTouchSizes::checkDialog(const QWidget &dialog)
