@@ -22,6 +22,21 @@ bool hasTags(const QString &text)
                        [](const QString &line) { return Qt::mightBeRichText(line); });
 }
 
+// A text may come from a device: what it names is neither read nor fetched. A picture must not be
+// null, or the toolkit goes and reads the file itself.
+class ClosedBrowser : public QTextBrowser
+{
+public:
+    using QTextBrowser::QTextBrowser;
+
+    QVariant loadResource(int type, const QUrl &) override
+    {
+        return type == QTextDocument::ImageResource
+                   ? QVariant(QImage(1, 1, QImage::Format_ARGB32_Premultiplied))
+                   : QVariant(QByteArray());
+    }
+};
+
 void fill(QTextBrowser &browser, QString text)
 {
     if (!hasTags(text)) {
@@ -41,7 +56,7 @@ ErrorBrowser::ErrorBrowser(const QString &title, const QString &text, QWidget *p
     setWindowTitle(title);
     auto *column = new QVBoxLayout(this);
 
-    auto *browser = new QTextBrowser(this);
+    auto *browser = new ClosedBrowser(this);
     browser->setObjectName(QStringLiteral("textBrowser"));
     browser->setAccessibleName(tr("Error text"));
     browser->setReadOnly(true);

@@ -52,10 +52,15 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     LocalText::useCodecOfLocale();
     initStalloResources();
+    const ShutdownSignals shutdownSignals(nullptr);
 
     new Settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Dorvel Ltd"),
                  QStringLiteral("Stallo"), &application);
-    Settings::instance()->init();
+    if (Settings *settings = Settings::instance()) {
+        settings->init();
+    } else {
+        QCoreApplication::exit(-1);
+    }
 
     QTranslator toolkitCatalogue;
     installCatalogue(toolkitCatalogue, QStringLiteral("qt_"));
@@ -82,7 +87,6 @@ int main(int argc, char *argv[])
     Startup::parseCmdLine(argc, argv);
     QObject::connect(&application, &QApplication::lastWindowClosed, &application,
                      &QCoreApplication::quit);
-    const ShutdownSignals shutdownSignals(nullptr);
     const Screenshots screenshots(&frame, nullptr);
     if (QApplication::exec() == 0) {
         Startup::storeGeometry(frame);

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,9 +16,11 @@ int writeEnd = -1;
 
 void wakeEventLoop(int)
 {
+    const int before = errno;
     const char byte = 0;
     const ssize_t ignored = write(writeEnd, &byte, 1);
     static_cast<void>(ignored);
+    errno = before;
 }
 
 } // namespace
@@ -37,7 +40,9 @@ ShutdownSignals::ShutdownSignals(QObject *parent)
         QCoreApplication::quit();
     });
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(number, wakeEventLoop);
+        if (std::signal(number, wakeEventLoop) == SIG_IGN) {
+            std::signal(number, SIG_IGN); // the caller wants it so, as nohup does
+        }
     }
 }
 

@@ -105,10 +105,13 @@ void Startup::storeGeometry(const QWidget &frame)
     if (settings == nullptr) {
         return;
     }
-    const int screen = QGuiApplication::screens().indexOf(QGuiApplication::screenAt(frame.pos()));
+    // The corner may lie a little outside of every screen; the window then is on the one it fills.
+    QScreen *screen = QGuiApplication::screenAt(frame.pos());
+    const int number =
+        QGuiApplication::screens().indexOf(screen != nullptr ? screen : frame.screen());
     settings->setValue(QLatin1String(writtenSizeKey), frame.size());
     settings->setValue(QLatin1String(positionKey), frame.pos());
-    settings->setValue(QLatin1String(screenKey), qMax(0, screen));
+    settings->setValue(QLatin1String(screenKey), qMax(0, number));
     settings->setValue(QLatin1String(maximizedKey), frame.isMaximized());
 }
 

@@ -48,9 +48,6 @@ void OnLineWidget::createTable()
 {
     model_ = new ScanModel(Settings::instance()->onLineTempFile(), this);
     ui_->tableViewOnLine->setModel(model_);
-    const QFontMetrics metrics(ui_->tableViewOnLine->font());
-    const int date = metrics.horizontalAdvance(QStringLiteral("00 September 0000 00:00:00  "));
-    ui_->tableViewOnLine->setColumnWidth(ScanModel::DateColumn, date);
     ui_->buttonSave->setEnabled(false);
     ui_->buttonSavePhoto->setEnabled(false);
 }
@@ -294,7 +291,17 @@ void OnLineWidget::setDeviceString()
 void OnLineWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    fitDateColumn();
     setDeviceString();
+}
+
+// Not in the constructor: the style, and with it the font, is set after the pages are made.
+void OnLineWidget::fitDateColumn()
+{
+    const QDateTime widest(QDate(2000, 9, 30), QTime(0, 0));
+    const QString text = QStringLiteral("    ") + widest.toString(scanModelDateTimeFormat);
+    ui_->tableViewOnLine->setColumnWidth(
+        ScanModel::DateColumn, ui_->tableViewOnLine->fontMetrics().horizontalAdvance(text));
 }
 
 void OnLineWidget::menuRequested(const QPoint &position)

@@ -83,6 +83,7 @@ private:
     void wire();
 
     void newTable();
+    void fitDateColumn();
     void handlePassage(const OnLineEvent &event);
     void handlePipe(const PipeEvent &event);
     void showLatePicture(const OnLineEvent &event);

@@ -6,8 +6,10 @@
 namespace
 {
 
-QString labelled(const QString &label, const QString &value)
+// A device's text stays on its line.
+QString labelled(const QString &label, QString value)
 {
+    value.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' '));
     return label + QStringLiteral(": ") + value;
 }
 

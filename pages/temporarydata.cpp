@@ -32,12 +32,18 @@ bool TemporaryData::isFolderOfItsOwn(const QString &path)
         return false;
     }
     const QString real = folder.canonicalFilePath();
+    if (real == QLatin1String("/") || isAtOrAbove(real, QDir::home().canonicalPath())) {
+        return false;
+    }
     const Settings *settings = Settings::instance();
-    const QString working = settings != nullptr
-                                ? QFileInfo(settings->workingDirectory()).canonicalFilePath()
-                                : QString();
-    return real != QLatin1String("/") && !isAtOrAbove(real, QDir::home().canonicalPath()) &&
-           !isAtOrAbove(real, working);
+    if (settings == nullptr) {
+        return false;
+    }
+    // A relative working directory lies in the home directory; other programs may take it
+    // otherwise.
+    const QString working = settings->workingDirectory();
+    return !isAtOrAbove(real, QFileInfo(QDir::home(), working).canonicalFilePath()) &&
+           !isAtOrAbove(real, QFileInfo(working).canonicalFilePath());
 }
 
 void TemporaryData::clear(const QString &path)

@@ -42,10 +42,14 @@ bool RecordFile::write(int record, const char *bytes)
 bool RecordFile::append(const char *bytes)
 {
     const qint64 end = file_.size();
-    // Growing behind a partial record keeps the records aligned and the size what it would have
-    // been.
+    const qint64 place = qint64(count()) * recordSize_;
+    // A partial record is written over, which keeps the records aligned, and put back on failure.
+    const QByteArray partial = file_.seek(place) ? file_.read(end - place) : QByteArray();
     if (write(count(), bytes) && resizeExactly(end + recordSize_)) {
         return true;
+    }
+    if (!partial.isEmpty() && file_.seek(place)) {
+        file_.write(partial);
     }
     file_.resize(end);
     return false;

@@ -6,6 +6,7 @@
 #include "records/vasksettings.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPalette>
@@ -14,6 +15,8 @@ const QString scanModelDateTimeFormat = QStringLiteral("dd MMMM yyyy hh:mm:ss");
 
 namespace
 {
+
+constexpr int mostFreeingMsec = 40;
 
 QDateTime timeOf(const QModelIndex &index)
 {
@@ -52,6 +55,7 @@ void ScanModel::setFileName(const QString &name)
     cachedScan_ = Scan();
     cachedRow_ = -1;
     cachedDevice_.clear();
+    resumeFreeing_ = 0;
     indexFile_.close();
     indexFile_.setFileName(QString());
     if (!name.isEmpty()) {
@@ -209,7 +213,15 @@ void ScanModel::freeSpace()
     // one.
     const QString own = folder.filePath(VaskSettings::picFileDir(record.baseName()));
     const QString common = folder.filePath(VaskSettings::picFileDir());
-    for (int row = 0; row < rowCount() && diskSpace().free < reserve; ++row) {
+    QElapsedTimer clock;
+    clock.start();
+    int row = resumeFreeing_;
+    resumeFreeing_ = 0;
+    for (; row < rowCount() && diskSpace().free < reserve; ++row) {
+        if (clock.hasExpired(mostFreeingMsec)) {
+            resumeFreeing_ = row;
+            return;
+        }
         const QString photo = QLatin1Char('/') + VaskSettings::picFileName(value(row));
         if (!QFile::remove(own + photo)) {
             QFile::remove(common + photo);

@@ -65,6 +65,7 @@ private:
     mutable int cachedRow_ = -1;
     mutable Scan cachedScan_;
     mutable QString cachedDevice_;
+    int resumeFreeing_ = 0;
 };
 
 // Comparators for binary searches with the table's iterators over rows in time order. An index

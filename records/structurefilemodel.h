@@ -152,18 +152,19 @@ public:
     // empty.
     virtual bool append(const T &record)
     {
-        if (!file_ || !file_->append(record.data()) || !file_->shrink()) {
+        if (!file_ || !file_->append(record.data())) {
             return false;
+        }
+        if (!file_->shrink()) {
+            resetViews(); // the trial cannot be taken back, so it counts
+            return true;
         }
         const int row = rowCount();
         beginInsertRows(QModelIndex(), row, row);
         const bool written = file_->append(record.data());
-        if (!written) {
-            file_->grow();
-        }
         endInsertRows();
         if (!written) {
-            takeBackLastRow();
+            resetViews(); // there is no such row after all
             return false;
         }
         announceChange(row);
@@ -180,6 +181,9 @@ public:
         beginInsertRows(parent, row, row);
         const bool grown = file_->grow();
         endInsertRows();
+        if (!grown) {
+            resetViews();
+        }
         return grown;
     }
 
@@ -193,9 +197,7 @@ public:
         const bool removed = file_->removeRange(first, last);
         endRemoveRows();
         if (!removed) {
-            // Which rows are left is not known; the views read them anew.
-            beginResetModel();
-            endResetModel();
+            resetViews(); // which rows are left is not known
         }
         return removed;
     }
@@ -212,12 +214,11 @@ private:
         }
     }
 
-    void takeBackLastRow()
+    // The announcements did not come true: the views read the rows anew.
+    void resetViews()
     {
-        const int row = rowCount() - 1;
-        beginRemoveRows(QModelIndex(), row, row);
-        file_->shrink();
-        endRemoveRows();
+        beginResetModel();
+        endResetModel();
     }
 
     std::unique_ptr<RecordFile> file_;
