@@ -14,7 +14,7 @@ device=
 case "${1-}" in
     '') ;;
     --device)
-        if [ $# -ne 2 ]; then usage >&2; exit 2; fi
+        if [ $# -ne 2 ] || [ -z "$2" ]; then usage >&2; exit 2; fi
         device=$2 ;;
     -h | --help) usage; exit 0 ;;
     *) usage >&2; exit 2 ;;
@@ -39,14 +39,16 @@ if [ ! -e "$settings" ]; then
 fi
 
 devices=
+panel=
 stop_devices() {
-    for process in $devices; do
+    for process in $panel $devices; do
         kill "$process" 2>/dev/null || :
     done
-    for process in $devices; do
+    for process in $panel $devices; do
         wait "$process" 2>/dev/null || :
     done
     devices=
+    panel=
 }
 trap stop_devices EXIT
 trap 'exit 143' TERM
@@ -74,12 +76,23 @@ start_device() {
 start_device 127.0.0.1 "north-gate" 1
 start_device 127.0.0.2 "south-gate" 2
 
-if [ -n "${DISPLAY-}${WAYLAND_DISPLAY-}" ]; then
-    "$program" --online 127.0.0.1
+# In the background, so that a signal to this script ends the panel at once.
+run_panel() {
+    "$@" &
+    panel=$!
+    status=0
+    wait "$panel" || status=$?
+    panel=
+    return $status
+}
+
+if xdotool getdisplaygeometry >/dev/null 2>&1; then
+    run_panel "$program" --online 127.0.0.1
 else
     pictures=$demo/pictures
     echo "There is no display here. The demo runs on a virtual one for a while, and leaves a picture of"
     echo "each page in $pictures"
-    STALLO_SCREENSHOTS=$pictures STALLO_SCREEN=1280x800 tests/support/withdisplay.sh "$program" --online 127.0.0.1
+    export STALLO_SCREENSHOTS="$pictures" STALLO_SCREEN=1280x800
+    run_panel tests/support/withdisplay.sh "$program" --online 127.0.0.1
     ls "$pictures"
 fi

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "app/closerequests.h"
 #include "app/errorbrowser.h"
 #include "app/mainwindow.h"
 #include "app/screenshots.h"
@@ -83,6 +84,7 @@ int main(int argc, char *argv[])
     applyStyle();
     frame.setMinimumSize(1024, 512);
     Startup::restoreGeometry(frame);
+    const CloseRequests closeRequests(&frame);
 
     Startup::parseCmdLine(argc, argv);
     QObject::connect(&application, &QApplication::lastWindowClosed, &application,
@@ -91,5 +93,6 @@ int main(int argc, char *argv[])
     if (QApplication::exec() == 0) {
         Startup::storeGeometry(frame);
     }
+    Startup::boundTheEnd();
     return 0;
 }

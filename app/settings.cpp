@@ -379,6 +379,16 @@ QString Settings::vaskArchivePhotoPath(const Scan &scan) const
                   VaskSettings::picFileName(scan));
 }
 
+QString Settings::absoluteWorkingDirectory() const
+{
+    return QDir::home().absoluteFilePath(workingDirectory());
+}
+
+QString Settings::absolute(const QString &path) const
+{
+    return QDir(absoluteWorkingDirectory()).absoluteFilePath(path);
+}
+
 QString Settings::extended(const QString &name, const QString &ending)
 {
     return name.endsWith(ending) ? name : name + ending;

@@ -102,6 +102,11 @@ public:
     QString archivePhotoPath(const Scan &scan, const QString &number) const;
     QString vaskArchivePhotoPath(const Scan &scan) const;
 
+    // Where a path of these settings lies: a relative working directory in the home directory, any
+    // other relative path in the working directory. The getters give paths as they are stored.
+    QString absoluteWorkingDirectory() const;
+    QString absolute(const QString &path) const;
+
     // name with ending behind it, unless it ends so already (case-sensitive).
     static QString extended(const QString &name, const QString &ending);
 

@@ -10,7 +10,10 @@
 #include <QLockFile>
 #include <QScreen>
 
+#include <chrono>
+#include <cstdlib>
 #include <cstring>
+#include <thread>
 
 namespace
 {
@@ -25,11 +28,6 @@ constexpr char maximizedKey[] = "WindowMaximized";
 // How far the corner of a window may lie beyond the screen's right and bottom.
 constexpr int tolerance = 100;
 
-QDir workingDirectory()
-{
-    return QDir(QDir::home().absoluteFilePath(Settings::instance()->workingDirectory()));
-}
-
 void makeDirectory(const QString &path)
 {
     if (!QFileInfo::exists(path)) {
@@ -39,7 +37,7 @@ void makeDirectory(const QString &path)
 
 void makeTempDirectory(const QString &path, bool withPictures)
 {
-    const QDir directory(workingDirectory().absoluteFilePath(path));
+    const QDir directory(Settings::instance()->absolute(path));
     makeDirectory(directory.path());
     if (withPictures && directory.exists()) {
         makeDirectory(directory.filePath(VaskSettings::picFileDir()));
@@ -59,7 +57,7 @@ void Startup::initTempDirectories()
     if (settings == nullptr) {
         return;
     }
-    makeDirectory(workingDirectory().path());
+    makeDirectory(settings->absoluteWorkingDirectory());
     makeTempDirectory(settings->archiveTempDirectory(), true);
     makeTempDirectory(settings->sufferedTempDirectory(), false);
     makeTempDirectory(settings->onLineTempDirectory(), true);
@@ -68,7 +66,9 @@ void Startup::initTempDirectories()
 
 std::unique_ptr<QLockFile> Startup::lockWorkingDirectory()
 {
-    const QDir directory = Settings::instance() != nullptr ? workingDirectory() : QDir::home();
+    const Settings *settings = Settings::instance();
+    const QDir directory =
+        settings != nullptr ? QDir(settings->absoluteWorkingDirectory()) : QDir::home();
     auto lock = std::make_unique<QLockFile>(directory.filePath(QStringLiteral("stallo.lock")));
     lock->setStaleLockTime(0);
     if (!lock->tryLock(0) && lock->error() == QLockFile::LockFailedError) {
@@ -134,4 +134,15 @@ void Startup::parseCmdLine(int argc, char **argv)
     if (!target.isEmpty() && MainWindow::activeWindow() != nullptr) {
         MainWindow::activeWindow()->selectTab(selector, target);
     }
+}
+
+void Startup::boundTheEnd()
+{
+    if (Settings *settings = Settings::instance()) {
+        settings->sync();
+    }
+    std::thread([] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        std::_Exit(0);
+    }).detach();
 }

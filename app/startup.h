@@ -30,4 +30,9 @@ void storeGeometry(const QWidget &frame);
 // Other options are passed over, and without an address nothing happens.
 void parseCmdLine(int argc, char **argv);
 
+// Everything is stored: from here on the process ends with 0 after a second and a half at the
+// latest. The toolkit's end waits for host names that are being looked up, which may take much
+// longer.
+void boundTheEnd();
+
 } // namespace Startup

@@ -3,7 +3,6 @@
 
 #include "app/settings.h"
 #include "net/fileprotocol.h"
-#include "net/socketwait.h"
 
 #include <QElapsedTimer>
 
@@ -30,7 +29,7 @@ void FileTransfer::end(bool error, const QString &message)
         failed_ = true;
         errorText_ = message.isEmpty() ? errorString() : message;
     }
-    SocketWait::close(*this, timeout_, SocketWait::interrupted);
+    SocketWait::close(*this, timeout_, cancelled_);
 }
 
 bool FileTransfer::fail(const QString &message)
@@ -52,7 +51,7 @@ bool FileTransfer::openConnection()
     }
     const auto port =
         static_cast<quint16>(settings_ != nullptr ? settings_->fileTransferPort() : 0);
-    switch (SocketWait::connectToHost(*this, host_, port, timeout_, SocketWait::interrupted)) {
+    switch (SocketWait::connectToHost(*this, host_, port, timeout_, cancelled_)) {
     case SocketWait::Outcome::Connected:
         return true;
     case SocketWait::Outcome::TimedOut:
@@ -82,7 +81,7 @@ bool FileTransfer::receiveAnswer()
     clock.start();
     while (!canReadLine() && isConnected()) {
         if (bytesAvailable() > FileProtocol::longestAnswer || clock.hasExpired(timeout_) ||
-            SocketWait::interrupted()) {
+            isCancelled()) {
             setErrorString(QAbstractSocket::tr("Socket operation timed out"));
             return false;
         }

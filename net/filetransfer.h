@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/socketwait.h"
+
 #include <QByteArray>
 #include <QTcpSocket>
 
@@ -34,6 +36,9 @@ public:
     int timeout() const { return timeout_; }
     void setTimeout(int msec) { timeout_ = msec; }
 
+    // What calls a transfer off, asked in every wait, instead of the thread's interruption.
+    void setCancelled(const SocketWait::Cancelled &cancelled) { cancelled_ = cancelled; }
+
     // The way out of every call: keeps the failure, with the socket's own text where message is
     // empty, and closes the connection.
     void end(bool error, const QString &message);
@@ -50,6 +55,7 @@ protected:
     bool sendRequest(const QByteArray &request);
     bool receiveAnswer();
 
+    bool isCancelled() const { return cancelled_(); }
     bool isConnected() const { return state() == ConnectedState; }
     const Settings *settings() const { return settings_; }
 
@@ -64,4 +70,5 @@ private:
     const Settings *settings_;
     int timeout_;
     QByteArray answer_;
+    SocketWait::Cancelled cancelled_ = SocketWait::interrupted;
 };

@@ -3,7 +3,6 @@
 
 #include "app/settings.h"
 #include "net/fileprotocol.h"
-#include "net/socketwait.h"
 #include "records/diskspace.h"
 
 #include <QFile>
@@ -71,8 +70,9 @@ bool GetFile::fits(qint64 size) const
     if (size == 0 || settings() == nullptr) {
         return true;
     }
-    const qint64 available = DiskSpace::of(QFileInfo(fileName()).absolutePath()).available;
-    return size <= available - settings()->minReservedFreeSpace();
+    const DiskSpace disk = DiskSpace::of(QFileInfo(fileName()).absolutePath());
+    // Where there is no folder, opening the file says so.
+    return disk.total == 0 || size <= disk.available - settings()->minReservedFreeSpace();
 }
 
 bool GetFile::receive(qint64 size)
@@ -100,7 +100,7 @@ bool GetFile::receive(qint64 size)
 bool GetFile::receivePiece(QFile &file, qint64 size, bool lossAllowed)
 {
     for (int waited = 0; bytesAvailable() < size && isConnected(); waited += waitStep) {
-        if (waited == blockTimeout || SocketWait::interrupted()) {
+        if (waited == blockTimeout || isCancelled()) {
             return fail(QStringLiteral("Timeout when reading file from vask"));
         }
         waitForReadyRead(waitStep);

@@ -24,14 +24,17 @@ constexpr int attemptInterval = 1000;
 constexpr int waitStep = 10;
 // Waits without a whole record before a keep-alive: about a second.
 constexpr int silentWaits = 100;
+// A passage is shown this late at worst, for each of connecting and the answer, when the device
+// keeps its picture back; the picture then follows.
+constexpr int livePictureTimeout = 3000;
 constexpr DeviceIdentity::Patience identityPatience{10000, 3000};
 constexpr std::size_t mostLoaders = 16;
 constexpr std::size_t mostWaitingLoaders = 1000;
 
 QString livePicturePath(const Settings &settings, const OnLine &onLine)
 {
-    return settings.onLineTempDirectory() + QDir::separator() + VaskSettings::picFileDir() +
-           QDir::separator() + VaskSettings::picFileName(onLine);
+    return settings.absolute(settings.onLineTempDirectory()) + QDir::separator() +
+           VaskSettings::picFileDir() + QDir::separator() + VaskSettings::picFileName(onLine);
 }
 
 } // namespace
@@ -44,6 +47,7 @@ struct OnlineClient::Line {
     int channel = -1;
     int silence = 0;
     bool quiet = false;
+    bool given = false; // up: the line does not answer and is to be made anew
     QElapsedTimer sinceAttempt;
 };
 
@@ -87,21 +91,25 @@ void OnlineClient::run()
     while (!stopRequested()) {
         const bool recordsLeft = line.socket.bytesAvailable() >= OnLine::size;
         const bool lost = line.socket.state() == QAbstractSocket::UnconnectedState && !recordsLeft;
-        if ((lost || hostChanged()) && !connectLine(line)) {
+        if ((lost || line.given || hostChanged()) && !connectLine(line)) {
             if (line.host.isEmpty()) {
                 break;
             }
             continue;
         }
         waitForRecord(line);
-        if (!hostChanged() && !stopRequested()) {
+        if (!line.given && !hostChanged() && !stopRequested()) {
             receiveRecord(line);
         }
     }
     line.socket.disconnectFromHost();
     abortQuietly(line);
+    forgetConnected();
     const QMutexLocker lock(&mutex_);
     waitingLoaders_.clear();
+    for (const RunningPicture &job : loaders_) {
+        job.thread->requestInterruption();
+    }
 }
 
 QString OnlineClient::identify()
@@ -137,7 +145,9 @@ bool OnlineClient::connectLine(Line &line)
         return false;
     }
     line.host = takeHost();
+    line.given = false;
     abortQuietly(line);
+    forgetConnected();
     if (line.host.isEmpty()) {
         return false;
     }
@@ -165,7 +175,7 @@ void OnlineClient::abortQuietly(Line &line)
 
 void OnlineClient::waitForRecord(Line &line)
 {
-    while (line.socket.bytesAvailable() < OnLine::size && !hostChanged()) {
+    while (line.socket.bytesAvailable() < OnLine::size && !line.given && !hostChanged()) {
         if (line.socket.state() != QAbstractSocket::ConnectedState || stopRequested()) {
             return;
         }
@@ -188,7 +198,7 @@ void OnlineClient::keepAlive(Line &line)
         return; // the device has gone, but not before it had sent more; that is read first
     }
     const QString error = line.socket.errorString();
-    setHostChanged();
+    line.given = true;
     line.socket.abort();
     postPipe(QAbstractSocket::UnconnectedState, error, line.channel);
 }
@@ -202,9 +212,11 @@ void OnlineClient::receiveRecord(Line &line)
     }
     record.translateFromLocal();
     const QString localPath = livePicturePath(*settings_, record);
-    GetFile get(line.host, localPath, nullptr);
-    if (!get(record.fileName())) {
-        if (stopRequested()) {
+    GetFile get(line.host, QString(), nullptr);
+    get.setTimeout(livePictureTimeout);
+    get.setCancelled([this] { return stopRequested() || hostChanged(); });
+    if (!OnlinePictureLoader::fetch(get, record.fileName(), localPath)) {
+        if (stopRequested() || hostChanged()) {
             return;
         }
         loadLater(record, line, localPath);

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+class GetFile;
 class OnLineEvent;
 
 // Fetches the picture of one passage that could not be had when the passage came: every 3 s for a
@@ -13,6 +14,10 @@ class OnlinePictureLoader
 {
 public:
     OnlinePictureLoader(const OnLine &onLine, const QString &host, const QString &vaskId);
+
+    // One try: the local file appears whole or not at all, so that nobody ever sees half a picture
+    // and a failed try does not spoil a picture that is there. The transfer writes beside it.
+    static bool fetch(GetFile &get, const QString &remoteName, const QString &localPath);
 
     // The event that announces the picture, for the caller to post or delete; null when it never
     // came.

@@ -95,17 +95,18 @@ bool TcpClient::hostChanged() const
     return hostChanged_;
 }
 
-void TcpClient::setHostChanged()
-{
-    const QMutexLocker lock(&mutex_);
-    hostChanged_ = true;
-}
-
 QString TcpClient::takeHost()
 {
     const QMutexLocker lock(&mutex_);
     hostChanged_ = false;
     return host_;
+}
+
+void TcpClient::forgetConnected()
+{
+    setConnected(false);
+    QMetaObject::invokeMethod(
+        this, [this] { setConnected(false); }, Qt::QueuedConnection);
 }
 
 void TcpClient::reportLoss(int state, const QString &message)

@@ -45,9 +45,12 @@ protected:
     bool stopRequested() const;
 
     bool hostChanged() const;
-    void setHostChanged();
     // The host to connect to; from now on the change counts as seen.
     QString takeHost();
+
+    // In the worker, before it connects. Also behind a report that is still on its way to the
+    // slots.
+    void forgetConnected();
 
     // In the worker, when the line goes: by the time the slot runs the socket may be connected
     // again.

@@ -86,7 +86,7 @@ void VideoClient::run()
     }();
     const int stored = settings->videoTimeout();
     const int period = stored > 0 ? stored : shortestPeriod;
-    const QString localPath = settings->videoTempFile(0);
+    const QString localPath = settings->absolute(settings->videoTempFile(0));
     const QString remotePath = settings->vaskVideoTempFile(0);
     const auto calledOff = [this] { return stopRequested(); };
     GetFile get;

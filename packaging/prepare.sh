@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Shared by run.sh and test.sh, which source it: installs what the build needs, and builds.
 
-packages="build-essential cmake ninja-build qtbase5-dev qttools5-dev-tools libbenchmark-dev locales
+packages="build-essential cmake ninja-build qtbase5-dev qttools5-dev-tools libbenchmark-dev libxcb1-dev locales
 xvfb xdotool fonts-dejavu-core procps"
 
 prepare_packages() {

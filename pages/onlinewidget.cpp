@@ -23,6 +23,17 @@
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
+namespace
+{
+
+QString tableFile()
+{
+    const Settings *settings = Settings::instance();
+    return settings->absolute(settings->onLineTempFile());
+}
+
+} // namespace
+
 OnLineWidget::OnLineWidget(QWidget *parent)
     : QWidget(parent)
     , ui_(std::make_unique<Ui_OnLineWidgetClass>())
@@ -46,7 +57,7 @@ OnLineWidget::~OnLineWidget()
 
 void OnLineWidget::createTable()
 {
-    model_ = new ScanModel(Settings::instance()->onLineTempFile(), this);
+    model_ = new ScanModel(tableFile(), this);
     ui_->tableViewOnLine->setModel(model_);
     ui_->buttonSave->setEnabled(false);
     ui_->buttonSavePhoto->setEnabled(false);
@@ -118,6 +129,7 @@ void OnLineWidget::selectDevice(const QString &address)
     }
     if (!chosen.isEmpty()) {
         channels_[static_cast<std::size_t>(qMax(0, button))]->assign(chosen);
+        refreshDeviceString();
     }
 }
 
@@ -126,6 +138,7 @@ void OnLineWidget::disconnectFromDevice()
     const int channel = senderChannel(ui_->buttonDisconnect1, ui_->buttonDisconnect2);
     if (channel >= 0) {
         channels_[static_cast<std::size_t>(channel)]->release();
+        refreshDeviceString();
     }
 }
 
@@ -181,24 +194,19 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
     if (!index_.isOpen()) {
         index_.open(model_->indexFile(), QIODevice::WriteOnly);
     }
-    index_.write(model_->rowCount(), event.vaskId());
+    const bool indexed = index_.write(model_->rowCount(), event.vaskId());
     model_->freeSpace();
+    if (!indexed) {
+        index_.write(model_->rowCount(), event.vaskId()); // there may be room now
+    }
     insertRecord(Scan(event.onLine()));
 }
 
 void OnLineWidget::showLatePicture(const OnLineEvent &event)
 {
-    const QDateTime time = event.onLine().dateTime();
-    const int current = ui_->tableViewOnLine->currentIndex().row();
-    for (int row = model_->rowCount() - 1; row >= 0; --row) {
-        const QDateTime rowTime = model_->value(row).dateTime();
-        if (rowTime < time) {
-            return;
-        }
-        if (rowTime == time && row == current) {
-            showRecord(ui_->tableViewOnLine->currentIndex());
-            return;
-        }
+    const QModelIndex current = ui_->tableViewOnLine->currentIndex();
+    if (current.isValid() && model_->value(current.row()).dateTime() == event.onLine().dateTime()) {
+        showRecord(current);
     }
 }
 
@@ -208,9 +216,7 @@ void OnLineWidget::handlePipe(const PipeEvent &event)
     if (!lost) {
         channels_[event.channel == 0 ? 0 : 1]->showConnected();
     }
-    if (isVisible()) {
-        setDeviceString();
-    }
+    refreshDeviceString();
 }
 
 void OnLineWidget::insertRecord(const Scan &scan)
@@ -288,20 +294,31 @@ void OnLineWidget::setDeviceString()
             .arg(online, connected ? QStringLiteral("White") : QStringLiteral("Grey"), hosts));
 }
 
+void OnLineWidget::refreshDeviceString()
+{
+    if (isVisible()) {
+        setDeviceString();
+    }
+}
+
 void OnLineWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    fitDateColumn();
+    fitColumns();
     setDeviceString();
 }
 
 // Not in the constructor: the style, and with it the font, is set after the pages are made.
-void OnLineWidget::fitDateColumn()
+void OnLineWidget::fitColumns()
 {
-    const QDateTime widest(QDate(2000, 9, 30), QTime(0, 0));
-    const QString text = QStringLiteral("    ") + widest.toString(scanModelDateTimeFormat);
-    ui_->tableViewOnLine->setColumnWidth(
-        ScanModel::DateColumn, ui_->tableViewOnLine->fontMetrics().horizontalAdvance(text));
+    const QFontMetrics metrics = ui_->tableViewOnLine->fontMetrics();
+    const auto fit = [&](int column, const QString &widest) {
+        ui_->tableViewOnLine->setColumnWidth(
+            column, metrics.horizontalAdvance(QStringLiteral("    ") + widest));
+    };
+    fit(ScanModel::DateColumn,
+        QDateTime(QDate(2000, 9, 30), QTime(0, 0)).toString(scanModelDateTimeFormat));
+    fit(ScanModel::NumberColumn, QStringLiteral("M000MM000"));
 }
 
 void OnLineWidget::menuRequested(const QPoint &position)
@@ -329,7 +346,7 @@ void OnLineWidget::newTable()
     clearTable();
     clearTempData();
     // Its files were deleted under it.
-    model_->setFileName(Settings::instance()->onLineTempFile());
+    model_->setFileName(tableFile());
 }
 
 void OnLineWidget::clearTable()
@@ -344,7 +361,7 @@ void OnLineWidget::clearTable()
 void OnLineWidget::clearTempData()
 {
     if (const Settings *settings = Settings::instance()) {
-        TemporaryData::clear(settings->onLineTempDirectory());
+        TemporaryData::clear(settings->absolute(settings->onLineTempDirectory()));
     }
 }
 
@@ -484,4 +501,5 @@ void OnLineWidget::savePhoto()
 void OnLineWidget::showBusy(bool busy)
 {
     ui_->stackedWidget->setCurrentWidget(busy ? ui_->busyPage : ui_->basePage);
+    ui_->stackedWidget->repaint(); // before the copy of a photo, which blocks
 }

@@ -83,7 +83,9 @@ private:
     void wire();
 
     void newTable();
-    void fitDateColumn();
+    void fitColumns();
+    // Of the page that is shown.
+    void refreshDeviceString();
     void handlePassage(const OnLineEvent &event);
     void handlePipe(const PipeEvent &event);
     void showLatePicture(const OnLineEvent &event);

@@ -24,8 +24,11 @@ QString PhotoFiles::copy(const QString &source, const QString &destination)
     if (isSameFile(source, destination)) {
         return QCoreApplication::translate("PhotoFiles", "Destination file exists");
     }
-    QFile::remove(destination);
     QFile file(source);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return file.errorString(); // what stands at the destination stays
+    }
+    QFile::remove(destination);
     return file.copy(destination) ? QString() : file.errorString();
 }
 

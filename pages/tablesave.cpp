@@ -27,7 +27,13 @@ QString copyBeginning(const QString &source, const QString &destination, qint64 
         return to.errorString();
     }
     for (qint64 rest = bytes; rest > 0;) {
+        if (SocketWait::interrupted()) {
+            return TableSave::tr("Interrupted");
+        }
         const QByteArray piece = from.read(qMin(rest, copyStep));
+        if (from.error() != QFileDevice::NoError) {
+            return from.errorString();
+        }
         if (piece.isEmpty()) {
             break; // the index may have fewer entries than the table has rows
         }

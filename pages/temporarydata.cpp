@@ -28,7 +28,7 @@ void deleteFiles(const QDir &folder)
 bool TemporaryData::isFolderOfItsOwn(const QString &path)
 {
     const QFileInfo folder(path);
-    if (path.isEmpty() || !folder.isDir() || folder.isSymLink()) {
+    if (folder.isRelative() || !folder.isDir() || folder.isSymLink()) {
         return false;
     }
     const QString real = folder.canonicalFilePath();
@@ -39,11 +39,7 @@ bool TemporaryData::isFolderOfItsOwn(const QString &path)
     if (settings == nullptr) {
         return false;
     }
-    // A relative working directory lies in the home directory; other programs may take it
-    // otherwise.
-    const QString working = settings->workingDirectory();
-    return !isAtOrAbove(real, QFileInfo(QDir::home(), working).canonicalFilePath()) &&
-           !isAtOrAbove(real, QFileInfo(working).canonicalFilePath());
+    return !isAtOrAbove(real, QFileInfo(settings->absoluteWorkingDirectory()).canonicalFilePath());
 }
 
 void TemporaryData::clear(const QString &path)

@@ -8,8 +8,8 @@ class QString;
 namespace TemporaryData
 {
 
-// A real folder that is neither the root, the home directory or the working directory, nor lies
-// above one of them.
+// A real folder, named by its whole path, that is neither the root, the home directory or the
+// working directory, nor lies above one of them.
 bool isFolderOfItsOwn(const QString &path);
 
 // Deletes the files in the folder and in its sub-folders, one level deep; the folders stay, and

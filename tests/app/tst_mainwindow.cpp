@@ -141,7 +141,8 @@ private Q_SLOTS:
 
     void closesWithErrorDialogOpen()
     {
-        // As the program's start connects it; the toolkit tells of the last window only within exec().
+        // As the program's start connects it; the toolkit tells of the last window only within
+        // exec().
         connect(qApp, &QGuiApplication::lastWindowClosed, frame_.get(), &QCoreApplication::quit);
         window_->showOnLine();
         bool returned = false;

@@ -15,6 +15,8 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <cstdlib>
+#include <xcb/xcb.h>
 
 namespace
 {
@@ -34,7 +36,7 @@ OnLine record(int n)
 
 // The program itself, as it is installed, in a window on an X server, against a simulated device in
 // this process: what it stored is compared with what the device sent. It is handled as from
-// outside: by its command line, its mouse and keys (xdotool) and signals.
+// outside: by its command line, its mouse and keys (xdotool), the desktop and signals.
 class TestWholeProgram : public QObject
 {
     Q_OBJECT
@@ -199,6 +201,50 @@ private:
         QVERIFY(panel_->waitForStarted());
     }
 
+    // What a task bar or a session asks of a window: WM_DELETE_WINDOW, here also while a dialog
+    // blocks it.
+    void endByDesktop()
+    {
+        QProcess search;
+        search.start(QStringLiteral("xdotool"),
+                     {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                      QStringLiteral("--name"), QStringLiteral("^Stallo")});
+        QVERIFY(search.waitForFinished());
+        const auto window = static_cast<xcb_window_t>(
+            search.readAllStandardOutput().trimmed().split('\n').first().toUInt());
+        QVERIFY(window != 0);
+        QElapsedTimer clock;
+        clock.start();
+        xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+        xcb_client_message_event_t request = {};
+        request.response_type = XCB_CLIENT_MESSAGE;
+        request.format = 32;
+        request.window = window;
+        request.type = atom(connection, "WM_PROTOCOLS");
+        request.data.data32[0] = atom(connection, "WM_DELETE_WINDOW");
+        xcb_send_event(connection, 0, window, XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char *>(&request));
+        xcb_flush(connection);
+        expectEnd(clock);
+        xcb_disconnect(connection);
+    }
+    static xcb_atom_t atom(xcb_connection_t *connection, const char *name)
+    {
+        const auto cookie =
+            xcb_intern_atom(connection, 0, static_cast<uint16_t>(qstrlen(name)), name);
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+        return reply ? reply->atom : 0;
+    }
+
+    // Dialogs have windows of their own.
+    static bool isShown(const QString &title)
+    {
+        return QProcess::execute(QStringLiteral("xdotool"),
+                                 {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                  QStringLiteral("--name"), title}) == 0;
+    }
+
     void enterDialogState(const QString &state)
     {
         if (state == QLatin1String("burst")) {
@@ -218,13 +264,18 @@ private:
                                      patience);
             device().setOnLineListening(false);
             click(barrierButton());
+            QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("^Error$")), patience);
         } else if (state == QLatin1String("address dialog")) {
-            click(QPoint(90, 229));
+            QTRY_VERIFY_WITH_TIMEOUT(
+                (click(selectButton()),
+                 isShown(QStringLiteral("^Vask-parking devices configurator$"))),
+                patience);
         }
     }
 
     // What the operator would press, on the smallest window at the screen's corner.
-    static QPoint barrierButton() { return QPoint(344, 229); }
+    static QPoint barrierButton() { return QPoint(146, 230); }
+    static QPoint selectButton() { return QPoint(88, 183); }
     static QPoint closeButton() { return QPoint(994, 31); }
 
     static void click(const QPoint &place)

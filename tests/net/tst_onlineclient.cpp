@@ -289,6 +289,81 @@ private Q_SLOTS:
         QCOMPARE(log_->passages.first().vaskId, device().deviceId());
     }
 
+    void forgetsConnectionOnSwitch()
+    {
+        connectClient();
+        QTRY_VERIFY(client_->isConnected());
+        client_->connectToHost(Devices::refused());
+        QTRY_VERIFY_WITH_TIMEOUT(!client_->isConnected(), patience);
+    }
+
+    void switchCallsOffTransfer()
+    {
+        device().faults().add(Fault::silent().on(record(1).fileName()));
+        connectClient();
+        device().push(record(1));
+        QTRY_COMPARE(device().journal().countRequests(record(1).fileName()), 1);
+        const int pipes = log_->pipes.size();
+        QElapsedTimer clock;
+        clock.start();
+        client_->connectToHost(devices_->second().address());
+        QTRY_COMPARE_WITH_TIMEOUT(devices_->second().onLineConnections(), 1, patience);
+        QVERIFY(clock.elapsed() < 1500);
+        QTRY_COMPARE(log_->connects(), 2);
+        // Nothing of the first device's passage: it would enable the second one's buttons.
+        QCOMPARE(log_->pipes.size(), pipes + 1);
+        QVERIFY(log_->passages.isEmpty());
+    }
+
+    void silentFileServiceDelaysPassageByThreeSecondsAtMost()
+    {
+        device().faults().add(Fault::silent().on(record(1).fileName()));
+        connectClient();
+        QElapsedTimer clock;
+        clock.start();
+        device().push(record(1));
+        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), 1, patience);
+        QVERIFY(clock.elapsed() < 5000);
+    }
+
+    void disconnectEndsPictureRetries()
+    {
+        connectClient();
+        for (int n = 0; n < 20; ++n) {
+            device().faults().add(Fault::answer("Error").on(record(n).fileName()));
+        }
+        device().pushAll(records(20));
+        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), 20, patience);
+        client_->disconnectFromHost();
+        client_->requestInterruption();
+        QTRY_VERIFY(client_->isFinished());
+        const auto running = [] {
+            return QDir(QStringLiteral("/proc/self/task"))
+                .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+                .size();
+        };
+        const int withLoaders = running();
+        QTRY_VERIFY_WITH_TIMEOUT(running() <= withLoaders - 10 || running() < 8, 1000);
+        // The next run begins with free slots.
+        device().faults().clear();
+        connectClient();
+        device().faults().add(Fault::answer("Error").on(record(30).fileName()).times(1));
+        device().push(record(30));
+        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
+    }
+
+    void failedPictureLeavesNoHalfFile()
+    {
+        connectClient();
+        device().files().set(record(1).fileName(), QByteArray(50000, 'x'));
+        device().faults().add(Fault::closeAfter(20000).on(record(1).fileName()).times(1));
+        device().push(record(1));
+        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
+        QCOMPARE(QFileInfo(log_->passages.last().fileName).size(), qint64(50000));
+        const QDir folder = QFileInfo(log_->passages.last().fileName).dir();
+        QCOMPARE(folder.entryList(QDir::Files).size(), 1);
+    }
+
     void goesOnWithoutIdentifier()
     {
         device().files().remove(DevicePaths::streams());

@@ -146,6 +146,18 @@ private Q_SLOTS:
         QCOMPARE(content(), record('a') + record('c'));
     }
 
+    void keepsPartialRecordOnFullDisk()
+    {
+        fill(record('a') + "part");
+        RecordFile file(name_, size);
+        QVERIFY(file.open());
+        {
+            const FileLimit fullDisk(size + 40);
+            QVERIFY(!file.append(record('b').constData()));
+        }
+        QCOMPARE(content(), record('a') + "part");
+    }
+
     void cannotGrowOnFullDisk()
     {
         fill(record('a'));

@@ -169,6 +169,60 @@ private Q_SLOTS:
         QCOMPARE(model.value(1).number(), QStringLiteral("A002BC77"));
     }
 
+    // The disk fills between the trial and the announced write.
+    void keepsOldRowsWhenTheDiskFillsMeanwhile_data()
+    {
+        QTest::addColumn<bool>("empty");
+        QTest::newRow("insert") << true;
+        QTest::newRow("append") << false;
+    }
+    void keepsOldRowsWhenTheDiskFillsMeanwhile()
+    {
+        QFETCH(bool, empty);
+        write({passage(0), passage(1), passage(2)});
+        ScanModel model(name_, nullptr);
+        QAbstractItemModelTester tester(&model,
+                                        QAbstractItemModelTester::FailureReportingMode::Warning);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        std::unique_ptr<FileLimit> fullDisk;
+        connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, &model,
+                [&] { fullDisk = std::make_unique<FileLimit>(3 * Scan::size); });
+        QVERIFY(empty ? !model.insertRows(0, 1, QModelIndex()) : !model.append(passage(3)));
+        fullDisk.reset();
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(model.value(2).number(), passage(2).number());
+        QCOMPARE(reset.count(), 1);
+    }
+
+    void endsFailedRemovalWithReset()
+    {
+        write({passage(0), passage(1), passage(2)});
+        ScanModel model(name_, nullptr);
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        {
+            const FileLimit fullDisk(50);
+            QVERIFY(!model.removeRows(0, 0));
+        }
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(model.rowCount(), 3);
+    }
+
+    void isFlatAndNotEditedByCell()
+    {
+        write({passage(0)});
+        ScanModel model(name_, nullptr);
+        const QModelIndex row = model.index(0, 0);
+        QVERIFY(!model.setData(row, 1, Qt::EditRole));
+        QVERIFY(!model.parent(row).isValid());
+        QVERIFY(!model.index(0, 0, row).isValid());
+        QVERIFY(!model.index(0, 7).isValid());
+        QVERIFY(!model.index(-1, 0).isValid());
+        QVERIFY(!model.value(1).isValid());
+        QVERIFY(!model.value(-1).isValid());
+    }
+
     void removesInclusiveRange_data()
     {
         QTest::addColumn<int>("first");

@@ -19,5 +19,8 @@ mkfifo "$folder/display"
 Xvfb -displayfd 3 -screen 0 "${STALLO_SCREEN:-1920x1080}x24" -nolisten tcp -noreset \
     3>"$folder/display" >/dev/null 2>&1 &
 server=$!
-read -r number <"$folder/display"
+if ! read -r number <"$folder/display"; then
+    echo "withdisplay.sh: the X server does not start; is xvfb installed?" >&2
+    exit 1
+fi
 DISPLAY=":$number" QT_QPA_PLATFORM=xcb "$@"
