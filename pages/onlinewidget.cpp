@@ -129,6 +129,9 @@ void OnLineWidget::disconnectFromDevice()
     const int channel = senderChannel(ui_->buttonDisconnect1, ui_->buttonDisconnect2);
     if (channel >= 0) {
         channels_[static_cast<std::size_t>(channel)]->release();
+        if (isVisible()) {
+            setDeviceString(); // a line that was lost before reports no end
+        }
     }
 }
 
