@@ -79,6 +79,7 @@ private Q_SLOTS:
     void namesNobodyWhenShown();
     void namesOneHost();
     void forgetsHostReleasedWithoutALine();
+    void greysOutAfterChangeToDeadDevice();
     void namesSecondHost();
     void namesTwoHosts();
     void escapesHost();
@@ -152,6 +153,17 @@ void TestOnLineWidgetShell::forgetsHostReleasedWithoutALine()
     // No line is lost by this, so no event tells of it.
     page_->press("buttonDisconnect1");
     QCOMPARE(title(), nobody);
+}
+
+void TestOnLineWidgetShell::greysOutAfterChangeToDeadDevice()
+{
+    devices_ = std::make_unique<Devices>();
+    makePage();
+    page_->page().selectDevice(devices_->first().address());
+    QTRY_COMPARE_WITH_TIMEOUT(title(), named(QStringLiteral("White"), devices_->first().address()),
+                              patience);
+    page_->page().selectDevice(Page::nowhere());
+    QTRY_COMPARE_WITH_TIMEOUT(title(), named(QStringLiteral("Grey"), Page::nowhere()), patience);
 }
 
 void TestOnLineWidgetShell::namesSecondHost()
