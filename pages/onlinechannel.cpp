@@ -39,6 +39,8 @@ void OnlineChannel::assign(const QString &address)
     view_->setObjectName(address);
     view_->setEmptyText(tr("No Data"));
     online_->connectToHost(address);
+    // A running client drops its line for the new host without a word.
+    online_->setConnected(false);
     online_->start(); // a running one stays as it is
     video_->connectToHost(address);
     video_->start();

@@ -7,6 +7,7 @@
 #include "app/shellaccess.h"
 #include "net/devicecommand.h"
 #include "net/events.h"
+#include "pages/devicetitle.h"
 #include "pages/onlinechannel.h"
 #include "pages/passagedetails.h"
 #include "pages/photofiles.h"
@@ -275,23 +276,9 @@ QString OnLineWidget::photoPath(const Scan &scan) const
 
 void OnLineWidget::setDeviceString()
 {
-    const QString online = tr("Online");
-    const QString first = channels_[0]->host().toHtmlEscaped();
-    const QString second = channels_[1]->host().toHtmlEscaped();
-    if (first.isEmpty() && second.isEmpty()) {
-        ShellAccess::showDeviceName(
-            QStringLiteral("<center><font color='white' size='+2'>%1</font></center>").arg(online));
-        return;
-    }
-    const QString hosts = first.isEmpty()    ? second
-                          : second.isEmpty() ? first
-                                             : QStringLiteral("%1 / %2").arg(first, second);
     const bool connected = channels_[0]->isConnected() || channels_[1]->isConnected();
     ShellAccess::showDeviceName(
-        QStringLiteral("<center><font color='white' size='+2'>%1 - </font><font color='%2' "
-                       "size='+2'><I>[%3]</I>"
-                       "</font></center>")
-            .arg(online, connected ? QStringLiteral("White") : QStringLiteral("Grey"), hosts));
+        DeviceTitle::onLine(tr("Online"), channels_[0]->host(), channels_[1]->host(), connected));
 }
 
 void OnLineWidget::refreshDeviceString()
@@ -455,23 +442,8 @@ QString OnLineWidget::createPhotoDirs(const QString &folder)
 QString OnLineWidget::copyPhotos(const QString &folder)
 {
     const QString error = createPhotoDirs(folder);
-    if (!error.isEmpty()) {
-        return error;
-    }
-    const TableSnapshot table = savedTable();
-    const QString from = QFileInfo(table.indexFile).absolutePath();
-    QStringList errors;
-    const QString readError = TableSave::forEachPassage(table, [&](const Scan &scan) {
-        const QString source = PhotoFiles::path(from, VaskSettings::picFileDir(), scan);
-        const QString destination = PhotoFiles::path(folder, VaskSettings::picFileDir(), scan);
-        if (QFileInfo::exists(source) && !PhotoFiles::isSameFile(source, destination)) {
-            errors << PhotoFiles::copy(source, destination);
-        }
-        return true;
-    });
-    errors << readError;
-    errors.removeAll(QString());
-    return errors.join(QLatin1Char('\n'));
+    return error.isEmpty() ? TableSave::photos(savedTable(), VaskSettings::picFileDir(), folder)
+                           : error;
 }
 
 void OnLineWidget::savePhoto()

@@ -8,6 +8,7 @@
 #include "records/recordfile.h"
 #include "records/scanmodel.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTextStream>
 
@@ -84,6 +85,23 @@ QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
     }
     stream.flush();
     return file.commit() ? QString() : file.errorString();
+}
+
+QString TableSave::photos(const TableSnapshot &table, const QString &pictureFolder,
+                          const QString &folder)
+{
+    const QString from = QFileInfo(table.indexFile).absolutePath();
+    QStringList errors;
+    errors << forEachPassage(table, [&](const Scan &scan) {
+        const QString source = PhotoFiles::path(from, pictureFolder, scan);
+        const QString destination = PhotoFiles::path(folder, pictureFolder, scan);
+        if (QFileInfo::exists(source) && !PhotoFiles::isSameFile(source, destination)) {
+            errors << PhotoFiles::copy(source, destination);
+        }
+        return true;
+    });
+    errors.removeAll(QString());
+    return errors.join(QLatin1Char('\n'));
 }
 
 QString TableSave::forEachPassage(const TableSnapshot &table,

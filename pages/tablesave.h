@@ -32,6 +32,12 @@ public:
     // without a line break at the end.
     static QString plainCsv(const TableSnapshot &table, const QString &name);
 
+    // The photos that are there, from pictureFolder beside the table into that of the other folder,
+    // which exists. One that cannot be copied does not stop the rest; the texts, joined by line
+    // ends.
+    static QString photos(const TableSnapshot &table, const QString &pictureFolder,
+                          const QString &folder);
+
     // Each passage in order until the action returns false.
     static QString forEachPassage(const TableSnapshot &table,
                                   const std::function<bool(const Scan &)> &action);

@@ -1,75 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "net/onlineclient.h"
+#include "tests/net/onlineclientcase.h"
 
-#include "app/settings.h"
-#include "records/vasksettings.h"
-#include "simulator/livefeed.h"
-#include "tests/support/devices.h"
-#include "tests/support/eventlog.h"
-#include "tests/support/testmain.h"
-
-#include <QAbstractSocket>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QTcpServer>
 #include <QTcpSocket>
 
-namespace
-{
-
-const QDateTime time0 = QDateTime(QDate(2026, 11, 21), QTime(12, 0), Qt::UTC);
-
-// Longer than the pauses between attempts, and than loaded machines take.
-constexpr int patience = 15000;
-
-QByteArray bytes(const OnLine &record)
-{
-    return QByteArray(record.data(), OnLine::size);
-}
-
-OnLine record(int n)
-{
-    OnLine one = SampleRecords::plain(
-        QStringLiteral("A%1BC77").arg(n % 1000, 3, 10, QLatin1Char('0')), time0.addSecs(n));
-    one.setFileName(DevicePaths::photoFolder() + VaskSettings::picFileName(one));
-    return one;
-}
-
-QVector<OnLine> records(int count)
-{
-    QVector<OnLine> all;
-    for (int n = 0; n < count; ++n) {
-        all.append(record(n));
-    }
-    return all;
-}
-
-} // namespace
-
-class TestOnlineClient : public QObject
+class TestOnlineClient : public OnlineClientCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        TestSurroundings::freshSettings();
-        const QString folder =
-            Settings::instance()->onLineTempDirectory() + QStringLiteral("/jpegdata");
-        QDir(folder).removeRecursively();
-        QVERIFY(QDir().mkpath(folder));
-        devices_ = std::make_unique<Devices>();
-        log_ = std::make_unique<EventLog>();
-        client_ = std::make_unique<OnlineClient>(log_.get());
-        client_->setChannel(1);
-    }
-
-    void cleanup()
-    {
-        client_.reset();
-        log_.reset();
-        devices_.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void onlyStoresHostWhileStopped()
     {
@@ -154,7 +95,7 @@ private Q_SLOTS:
     void readsOddRecords()
     {
         connectClient();
-        const QVector<OnLine> odd = SampleRecords::all(time0);
+        const QVector<OnLine> odd = SampleRecords::all(startTime());
         device().pushAll(odd);
         QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), odd.size(), patience);
         for (int n = 0; n < odd.size(); ++n) {
@@ -240,41 +181,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(log_->connects(), 1, patience);
     }
 
-    void postsLatePictureAsRepost()
-    {
-        connectClient();
-        const OnLine sent = record(1);
-        device().faults().add(Fault::answer("Error=Can't open file").on(sent.fileName()).times(1));
-        device().files().set(sent.fileName(), "late photo");
-        device().push(sent);
-        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
-        QCOMPARE(log_->passages.size(), 2);
-        QVERIFY(!log_->passages.first().repost);
-        QCOMPARE(bytes(log_->passages.last().record), bytes(sent));
-        QFile file(log_->passages.last().fileName);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("late photo"));
-        const auto told = [&sent](const EventLog::Pipe &pipe) {
-            return pipe.message ==
-                       QStringLiteral("Can't download proper data : ") + sent.fileName() &&
-                   pipe.channel == 1;
-        };
-        QVERIFY(std::any_of(log_->pipes.cbegin(), log_->pipes.cend(), told));
-    }
-
-    void fetchesEveryLatePictureOfABurst()
-    {
-        connectClient();
-        const QVector<OnLine> sent = records(40);
-        for (const OnLine &each : sent) {
-            device().files().set(each.fileName(), each.number().toLatin1());
-            device().faults().add(Fault::answer("Error").on(each.fileName()).times(1));
-        }
-        device().pushAll(sent);
-        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size() - log_->reposts(), sent.size(), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), sent.size(), patience);
-    }
-
     void switchesDevice()
     {
         connectClient();
@@ -313,55 +219,6 @@ private Q_SLOTS:
         // Nothing of the first device's passage: it would enable the second one's buttons.
         QCOMPARE(log_->pipes.size(), pipes + 1);
         QVERIFY(log_->passages.isEmpty());
-    }
-
-    void silentFileServiceDelaysPassageByThreeSecondsAtMost()
-    {
-        device().faults().add(Fault::silent().on(record(1).fileName()));
-        connectClient();
-        QElapsedTimer clock;
-        clock.start();
-        device().push(record(1));
-        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), 1, patience);
-        QVERIFY(clock.elapsed() < 5000);
-    }
-
-    void disconnectEndsPictureRetries()
-    {
-        connectClient();
-        for (int n = 0; n < 20; ++n) {
-            device().faults().add(Fault::answer("Error").on(record(n).fileName()));
-        }
-        device().pushAll(records(20));
-        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), 20, patience);
-        client_->disconnectFromHost();
-        client_->requestInterruption();
-        QTRY_VERIFY(client_->isFinished());
-        const auto running = [] {
-            return QDir(QStringLiteral("/proc/self/task"))
-                .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-                .size();
-        };
-        const int withLoaders = running();
-        QTRY_VERIFY_WITH_TIMEOUT(running() <= withLoaders - 10 || running() < 8, 1000);
-        // The next run begins with free slots.
-        device().faults().clear();
-        connectClient();
-        device().faults().add(Fault::answer("Error").on(record(30).fileName()).times(1));
-        device().push(record(30));
-        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
-    }
-
-    void failedPictureLeavesNoHalfFile()
-    {
-        connectClient();
-        device().files().set(record(1).fileName(), QByteArray(50000, 'x'));
-        device().faults().add(Fault::closeAfter(20000).on(record(1).fileName()).times(1));
-        device().push(record(1));
-        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
-        QCOMPARE(QFileInfo(log_->passages.last().fileName).size(), qint64(50000));
-        const QDir folder = QFileInfo(log_->passages.last().fileName).dir();
-        QCOMPARE(folder.entryList(QDir::Files).size(), 1);
     }
 
     void goesOnWithoutIdentifier()
@@ -414,7 +271,7 @@ private Q_SLOTS:
             QTRY_COMPARE(device().journal().countRequests(record(1).fileName()), 1);
         } else if (state == QLatin1String("loaders")) {
             device().faults().add(Fault::answer("Error"));
-            connectClientWithoutIdentifier();
+            connectClient();
             device().pushAll(records(20));
             QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), 20, patience);
         } else if (state == QLatin1String("burst")) {
@@ -465,30 +322,6 @@ private Q_SLOTS:
     }
 
 private:
-    DeviceHost &device() { return devices_->first(); }
-
-    void startClient()
-    {
-        client_->connectToHost(device().address());
-        client_->start();
-    }
-    void connectClient()
-    {
-        const int before = log_->connects();
-        startClient();
-        QTRY_COMPARE_WITH_TIMEOUT(log_->connects(), before + 1, patience);
-        QTRY_COMPARE(device().onLineConnections(), 1);
-    }
-    void connectClientWithoutIdentifier() { connectClient(); }
-
-    void expectPassages(const QVector<OnLine> &sent)
-    {
-        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), sent.size(), 60000);
-        for (int n = 0; n < sent.size(); ++n) {
-            QCOMPARE(bytes(log_->passages.at(n).record), bytes(sent.at(n)));
-        }
-    }
-
     static void fillQueue(QTcpServer &server, QVector<QTcpSocket *> &queue)
     {
         server.setMaxPendingConnections(1);
@@ -505,10 +338,6 @@ private:
         }
         QFAIL("the queue does not fill");
     }
-
-    std::unique_ptr<Devices> devices_;
-    std::unique_ptr<EventLog> log_;
-    std::unique_ptr<OnlineClient> client_;
 };
 
 STALLO_TEST_MAIN(TestOnlineClient)

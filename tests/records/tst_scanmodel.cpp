@@ -30,31 +30,6 @@ Scan passage(int n)
     return scan;
 }
 
-// A table whose disk has as much space as the test says, plus what deleted photos give back.
-class SmallDiskModel : public ScanModel
-{
-public:
-    using ScanModel::ScanModel;
-    qint64 total = 0;
-    qint64 free = 0;
-    QString photos;
-    qint64 bytesPerPhoto = 0;
-
-protected:
-    DiskSpace diskSpace() const override
-    {
-        const int left = QDir(photos).entryList(QDir::Files).size();
-        const qint64 now = free + (initialPhotos_ - left) * bytesPerPhoto;
-        return {total, now, now};
-    }
-
-public:
-    void countPhotos() { initialPhotos_ = QDir(photos).entryList(QDir::Files).size(); }
-
-private:
-    int initialPhotos_ = 0;
-};
-
 } // namespace
 
 class TestScanModel : public QObject
@@ -398,80 +373,6 @@ private Q_SLOTS:
         QVERIFY(!isIndexEqualDateTime(model.index(0, 0), start.addSecs(600)));
         QVERIFY(isIndexEqualDateTime(QModelIndex(), QDateTime()));
         QVERIFY(!(*ScanModel::Iterator()).isValid());
-    }
-
-    void freesSpace_data()
-    {
-        QTest::addColumn<qint64>("total");
-        QTest::addColumn<qint64>("free");
-        QTest::addColumn<int>("left");
-        const qint64 reserve = 1000000;
-        QTest::newRow("enough") << qint64(10) * reserve << reserve << 4;
-        QTest::newRow("a little short") << qint64(10) * reserve << reserve - 1 << 3;
-        QTest::newRow("short by two") << qint64(10) * reserve << reserve - 150000 << 2;
-        QTest::newRow("nothing left") << qint64(10) * reserve << qint64(0) << 0;
-        QTest::newRow("disk as small as the reserve") << reserve << qint64(0) << 4;
-        QTest::newRow("beyond 4 GiB") << (qint64(1) << 40) << (qint64(1) << 33) << 4;
-    }
-    void freesSpace()
-    {
-        QFETCH(qint64, total);
-        QFETCH(qint64, free);
-        QFETCH(int, left);
-        Settings::instance()->SetMinReservedFreeSpace(1000000);
-        write({passage(0), passage(1), passage(2), passage(3)});
-        const QString photos = folder_->filePath(QStringLiteral("jpegdata"));
-        QVERIFY(QDir().mkpath(photos));
-        for (int n = 0; n < 4; ++n) {
-            writeFile(photos + QLatin1Char('/') + VaskSettings::picFileName(passage(n)), "photo");
-        }
-        SmallDiskModel model(name_, nullptr);
-        model.total = total;
-        model.free = free;
-        model.photos = photos;
-        model.bytesPerPhoto = 100000;
-        model.countPhotos();
-        model.freeSpace();
-        const QStringList files = QDir(photos).entryList(QDir::Files, QDir::Name);
-        QCOMPARE(files.size(), left);
-        for (int n = 0; n < left; ++n) {
-            QCOMPARE(files.at(n), VaskSettings::picFileName(passage(4 - left + n)));
-        }
-        QCOMPARE(model.rowCount(), 4);
-        TestSurroundings::freshSettings();
-    }
-
-    void freesTablesOwnFolderFirst()
-    {
-        Settings::instance()->SetMinReservedFreeSpace(1000000);
-        write({passage(0)});
-        const QString own = folder_->filePath(QStringLiteral("table.jpegdata"));
-        const QString common = folder_->filePath(QStringLiteral("jpegdata"));
-        for (const QString &photos : {own, common}) {
-            QVERIFY(QDir().mkpath(photos));
-            writeFile(photos + QLatin1Char('/') + VaskSettings::picFileName(passage(0)), "photo");
-        }
-        SmallDiskModel model(name_, nullptr);
-        model.total = 10000000;
-        model.free = 0;
-        model.freeSpace();
-        QVERIFY(QDir(own).isEmpty());
-        QVERIFY(!QDir(common).isEmpty());
-        TestSurroundings::freshSettings();
-    }
-
-    void freesNothingOnThisDisk()
-    {
-        write({passage(0)});
-        const QString photo =
-            folder_->filePath(QStringLiteral("jpegdata/")) + VaskSettings::picFileName(passage(0));
-        QVERIFY(QDir().mkpath(QFileInfo(photo).path()));
-        writeFile(photo, "photo");
-        ScanModel model(name_, nullptr);
-        Settings::instance()->SetMinReservedFreeSpace(1);
-        model.freeSpace();
-        QVERIFY(QFile::exists(photo));
-        TestSurroundings::freshSettings();
     }
 
 private:

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// The rich text in the middle of the title bar: the page's name and the devices that it works with.
+// What comes from outside is escaped.
+namespace DeviceTitle
+{
+
+// Grey while no device is connected; an empty host is not named.
+QString onLine(const QString &page, const QString &firstHost, const QString &secondHost,
+               bool connected);
+
+} // namespace DeviceTitle
