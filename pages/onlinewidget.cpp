@@ -205,9 +205,18 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
 
 void OnLineWidget::showLatePicture(const OnLineEvent &event)
 {
+    // Among the newest rows only: the search ends at the first one that is older.
+    const QDateTime time = event.onLine().dateTime();
     const QModelIndex current = ui_->tableViewOnLine->currentIndex();
-    if (current.isValid() && model_->value(current.row()).dateTime() == event.onLine().dateTime()) {
-        showRecord(current);
+    for (int row = model_->rowCount() - 1; row >= 0; --row) {
+        const QDateTime rowTime = model_->value(row).dateTime();
+        if (rowTime < time) {
+            return;
+        }
+        if (rowTime == time && row == current.row()) {
+            showRecord(current);
+            return;
+        }
     }
 }
 
