@@ -315,6 +315,9 @@ void OnLineWidget::fitColumns()
     fit(ScanModel::DateColumn,
         QDateTime(QDate(2000, 9, 30), QTime(0, 0)).toString(scanModelDateTimeFormat));
     fit(ScanModel::NumberColumn, QStringLiteral("M000MM000"));
+    for (const int column : {ScanModel::InListColumn, ScanModel::GrantedColumn}) {
+        fit(column, model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    }
 }
 
 void OnLineWidget::menuRequested(const QPoint &position)
