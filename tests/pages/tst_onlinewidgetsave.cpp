@@ -81,6 +81,7 @@ private Q_SLOTS:
     void reportsFullStick_data();
     void reportsFullStick();
     void keepsOldDumpOnFullStick();
+    void reportsPhotosThatDoNotFit();
     void reportsPhotoFolderThatCannotBe();
     void savesInGuiThread();
 
@@ -395,6 +396,25 @@ void TestOnLineWidgetSave::keepsOldDumpOnFullStick()
     }
     QCOMPARE(Page::content(onStick(QStringLiteral("table.tpp"))), QByteArray("old table"));
     QCOMPARE(Page::content(onStick(QStringLiteral("table.tpp.index"))), QByteArray("old index"));
+}
+
+void TestOnLineWidgetSave::reportsPhotosThatDoNotFit()
+{
+    fill(3);
+    Page::write(Page::pictureFile(Page::record(0)), QByteArray(300000, 'p'));
+    Page::write(Page::pictureFile(Page::record(1)), "small");
+    Page::write(Page::pictureFile(Page::record(2)), QByteArray(300000, 'p'));
+    QString shown;
+    {
+        const FileLimit full(100000);
+        shown = failToSave(onStick(QStringLiteral("table")), dump);
+    }
+    // One line for each.
+    QVERIFY2(shown.startsWith(asBusy(QString())), qPrintable(shown));
+    QCOMPARE(shown.count(QLatin1Char('\n')), 2);
+    QCOMPARE(Page::content(onStick(QStringLiteral("table.tpp"))), Page::tableOf(Page::records(3)));
+    QCOMPARE(QDir(onStick(QStringLiteral("jpegdata"))).entryList(QDir::Files | QDir::Hidden),
+             QStringList(VaskSettings::picFileName(Page::record(1))));
 }
 
 void TestOnLineWidgetSave::reportsPhotoFolderThatCannotBe()
