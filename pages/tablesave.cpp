@@ -10,57 +10,97 @@
 
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTextStream>
 
 namespace
 {
 
-constexpr qint64 copyStep = 64 * 1024;
+constexpr int copyStep = 64 * 1024;
 
-QString copyBeginning(const QString &source, const QString &destination, qint64 bytes)
+// A file that appears under its name when all of it is written, and not before. Unbuffered, since
+// a buffer that fails to empty itself at the end keeps no reason for it.
+class WholeFile
+{
+    Q_DECLARE_TR_FUNCTIONS(TableSave)
+
+public:
+    explicit WholeFile(const QString &name)
+        : file_(name)
+    {
+    }
+
+    // Each returns the text of what went wrong.
+    QString open()
+    {
+        return file_.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ? QString() : reason();
+    }
+    QString write(const QByteArray &bytes)
+    {
+        // A disk that fills up takes a part first, and only the next call tells why.
+        for (int done = 0; done < bytes.size();) {
+            const qint64 taken = file_.write(bytes.constData() + done, bytes.size() - done);
+            if (taken <= 0) {
+                return reason();
+            }
+            done += static_cast<int>(taken);
+        }
+        return QString();
+    }
+    QString commit() { return file_.commit() ? QString() : reason(); }
+
+private:
+    // Never empty, which would mean success.
+    QString reason() const
+    {
+        const QString text = file_.errorString();
+        return text.isEmpty() ? tr("The file cannot be written") : text;
+    }
+
+    QSaveFile file_;
+};
+
+QString copyBeginning(const QString &source, WholeFile &destination, qint64 bytes)
 {
     QFile from(source);
     if (!from.open(QIODevice::ReadOnly)) {
         return from.errorString();
     }
-    QSaveFile to(destination);
-    if (!to.open(QIODevice::WriteOnly)) {
-        return to.errorString();
-    }
-    for (qint64 rest = bytes; rest > 0;) {
-        if (SocketWait::interrupted()) {
-            return TableSave::tr("Interrupted");
-        }
-        const QByteArray piece = from.read(qMin(rest, copyStep));
+    QString error = destination.open();
+    for (qint64 rest = bytes; rest > 0 && error.isEmpty();) {
+        const QByteArray piece = from.read(qMin<qint64>(rest, copyStep));
         if (from.error() != QFileDevice::NoError) {
             return from.errorString();
         }
         if (piece.isEmpty()) {
             break; // the index may have fewer entries than the table has rows
         }
-        if (to.write(piece) != piece.size()) {
-            return to.errorString();
-        }
         rest -= piece.size();
+        error = SocketWait::interrupted() ? TableSave::tr("Interrupted") : destination.write(piece);
     }
-    return to.commit() ? QString() : to.errorString();
+    return error;
 }
 
 } // namespace
 
 QString TableSave::dump(const TableSnapshot &table, const QString &name)
 {
-    const QString index = ScanModel::indexFileOf(name);
-    for (const QString &written : {name, index}) {
+    const QString indexName = ScanModel::indexFileOf(name);
+    for (const QString &written : {name, indexName}) {
         if (PhotoFiles::isSameFile(written, table.recordFile) ||
             PhotoFiles::isSameFile(written, table.indexFile)) {
             return tr("Destination file exists");
         }
     }
-    const QString error = copyBeginning(table.recordFile, name, qint64(table.rows) * Scan::size);
-    return error.isEmpty()
-               ? copyBeginning(table.indexFile, index, qint64(table.rows) * DeviceIndex::entrySize)
-               : error;
+    // Both are written before one appears: an older dump keeps its own index.
+    WholeFile records(name);
+    WholeFile index(indexName);
+    QString error = copyBeginning(table.recordFile, records, qint64(table.rows) * Scan::size);
+    if (error.isEmpty()) {
+        error = copyBeginning(table.indexFile, index, qint64(table.rows) * DeviceIndex::entrySize);
+    }
+    if (error.isEmpty()) {
+        error = records.commit();
+    }
+    return error.isEmpty() ? index.commit() : error;
 }
 
 QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
@@ -69,22 +109,28 @@ QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
         PhotoFiles::isSameFile(name, table.indexFile)) {
         return tr("Destination file exists");
     }
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString();
+    WholeFile file(name);
+    QString error = file.open();
+    if (!error.isEmpty()) {
+        return error;
     }
     const QLatin1Char separator(';');
-    QTextStream stream(&file);
-    stream << table.titles.join(separator);
+    QByteArray text = table.titles.join(separator).toLocal8Bit();
     const QString readError = forEachPassage(table, [&](const Scan &scan) {
-        stream << '\n' << PassageCsv::fields(scan).join(separator);
-        return stream.status() == QTextStream::Ok;
+        text += '\n' + PassageCsv::fields(scan).join(separator).toLocal8Bit();
+        if (text.size() >= copyStep) {
+            error = file.write(text);
+            text.clear();
+        }
+        return error.isEmpty();
     });
-    if (!readError.isEmpty()) {
-        return readError;
+    if (error.isEmpty()) {
+        error = readError;
     }
-    stream.flush();
-    return file.commit() ? QString() : file.errorString();
+    if (error.isEmpty()) {
+        error = file.write(text);
+    }
+    return error.isEmpty() ? file.commit() : error;
 }
 
 QString TableSave::photos(const TableSnapshot &table, const QString &pictureFolder,

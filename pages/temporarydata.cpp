@@ -27,7 +27,8 @@ void deleteFiles(const QDir &folder)
 
 bool TemporaryData::isFolderOfItsOwn(const QString &path)
 {
-    const QFileInfo folder(path);
+    // A slash behind its name would hide that it is a link.
+    const QFileInfo folder(QDir::cleanPath(path));
     if (folder.isRelative() || !folder.isDir() || folder.isSymLink()) {
         return false;
     }
@@ -47,7 +48,7 @@ void TemporaryData::clear(const QString &path)
     if (!isFolderOfItsOwn(path)) {
         return;
     }
-    const QDir folder(path);
+    const QDir folder(QDir::cleanPath(path));
     deleteFiles(folder);
     const QFileInfoList inner =
         folder.entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks);

@@ -36,12 +36,12 @@ private Q_SLOTS:
     }
     void cleanup()
     {
-        if (page_) {
-            QCOMPARE(page_->answers().unexpected(), QStringList());
-            QCOMPARE(page_->answers().left(), 0);
-        }
+        const QStringList unexpected = page_ ? page_->answers().unexpected() : QStringList();
+        const int left = page_ ? page_->answers().left() : 0;
         page_.reset();
         devices_.reset();
+        QCOMPARE(unexpected, QStringList());
+        QCOMPARE(left, 0);
     }
 
     void beginsEmpty();

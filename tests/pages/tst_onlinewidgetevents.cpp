@@ -41,9 +41,11 @@ private Q_SLOTS:
     }
     void cleanup()
     {
-        QCOMPARE(page_->answers().unexpected(), QStringList());
-        QCOMPARE(page_->answers().left(), 0);
+        const QStringList unexpected = page_->answers().unexpected();
+        const int left = page_->answers().left();
         page_.reset();
+        QCOMPARE(unexpected, QStringList());
+        QCOMPARE(left, 0);
     }
 
     void appendsPassage();

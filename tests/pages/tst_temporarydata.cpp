@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "pages/temporarydata.h"
+
+#include "app/settings.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace
+{
+
+void write(const QString &file)
+{
+    QFile to(file);
+    if (!to.open(QIODevice::WriteOnly) || to.write("x") != 1) {
+        qFatal("cannot write %s", qPrintable(file));
+    }
+}
+
+} // namespace
+
+class TestTemporaryData : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void knowsFoldersOfItsOwn_data();
+    void knowsFoldersOfItsOwn();
+    void clearsOneLevelDeep();
+    void clearsOddNames();
+    void followsNoLinks();
+    void refusesWorkingDirectoryByAnyName();
+    void worksWithoutSettings();
+
+private:
+    QString below(const char *path) const { return root_->filePath(QString::fromLatin1(path)); }
+
+    std::unique_ptr<QTemporaryDir> root_;
+};
+
+void TestTemporaryData::init()
+{
+    TestSurroundings::freshSettings();
+    root_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir(root_->path()).mkpath(QStringLiteral("work/temp/jpegdata/deep")));
+    QVERIFY(QDir(root_->path()).mkpath(QStringLiteral("elsewhere/inner")));
+    QVERIFY(QFile::link(below("elsewhere"), below("link")));
+    write(below("work/temp/table"));
+    write(below("work/temp/jpegdata/photo"));
+    write(below("work/temp/jpegdata/deep/kept"));
+    write(below("work/kept"));
+    write(below("elsewhere/kept"));
+    write(below("elsewhere/inner/kept"));
+    write(TestSurroundings::home() + QStringLiteral("/kept"));
+    Settings::instance()->setWorkingDirectory(below("work"));
+}
+
+void TestTemporaryData::knowsFoldersOfItsOwn_data()
+{
+    QTest::addColumn<QString>("path"); // %1: the root of the test, %2: the home
+    QTest::addColumn<bool>("own");
+
+    const auto row = [](const char *path, bool own) {
+        QTest::newRow(path) << QString::fromLatin1(path) << own;
+    };
+    row("%1/work/temp", true);
+    row("%1/work/temp/", true);
+    row("%1/work/../work/temp", true);
+    row("%1/elsewhere", true);
+    row("%2/.config", true);
+    row("", false);
+    row("/", false);
+    row("//", false);
+    row("/.", false);
+    row("/tmp/..", false);
+    row("%2/..", false); // above the home
+    row("%2", false);
+    row("%2/", false);
+    row("%2/.", false);
+    row("%2/.config/..", false);
+    row("%1", false); // above the working directory
+    row("%1/work", false);
+    row("%1/work/", false);
+    row("%1/work/temp/..", false);
+    row("%1/link", false);
+    row("%1/link/", false);
+    row("%1/link/.", false);
+    row("%1/link//", false);
+    row("%1/missing", false);
+    row("%1/work/kept", false); // a file
+    row("%1/work/kept/", false);
+}
+
+void TestTemporaryData::knowsFoldersOfItsOwn()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, own);
+    if (path.contains(QLatin1String("%2"))) {
+        QVERIFY(QDir(TestSurroundings::home()).mkpath(QStringLiteral(".config")));
+    }
+    path.replace(QLatin1String("%1"), root_->path());
+    path.replace(QLatin1String("%2"), TestSurroundings::home());
+    QCOMPARE(TemporaryData::isFolderOfItsOwn(path), own);
+    if (own) {
+        return;
+    }
+    TemporaryData::clear(path);
+    for (const char *kept : {"work/temp/table", "work/temp/jpegdata/photo", "work/kept",
+                             "elsewhere/kept", "elsewhere/inner/kept"}) {
+        QVERIFY2(QFile::exists(below(kept)), kept);
+    }
+    QVERIFY(QFile::exists(TestSurroundings::home() + QStringLiteral("/kept")));
+}
+
+void TestTemporaryData::clearsOneLevelDeep()
+{
+    TemporaryData::clear(below("work/temp"));
+    QVERIFY(!QFile::exists(below("work/temp/table")));
+    QVERIFY(!QFile::exists(below("work/temp/jpegdata/photo")));
+    QVERIFY(QFile::exists(below("work/temp/jpegdata/deep/kept")));
+    QVERIFY(QFile::exists(below("work/kept")));
+    QVERIFY(QFile::exists(below("elsewhere/kept")));
+    TemporaryData::clear(below("work/temp"));
+    QVERIFY(QDir(below("work/temp/jpegdata/deep")).exists());
+}
+
+void TestTemporaryData::clearsOddNames()
+{
+    for (const char *name : {".hidden", "with blank", "-rf", "*", "new\nline", "ends.tpp.index"}) {
+        write(below("work/temp/") + QString::fromLatin1(name));
+        write(below("work/temp/jpegdata/") + QString::fromLatin1(name));
+    }
+    QVERIFY(QDir(below("work/temp")).mkdir(QStringLiteral(".hidden folder")));
+    write(below("work/temp/.hidden folder/file"));
+    QFile::setPermissions(below("work/temp/table"), QFile::ReadOwner);
+    TemporaryData::clear(below("work/temp"));
+    const auto all = QDir::Files | QDir::Hidden | QDir::System;
+    QCOMPARE(QDir(below("work/temp")).entryList(all), QStringList());
+    QCOMPARE(QDir(below("work/temp/jpegdata")).entryList(all), QStringList());
+    QCOMPARE(QDir(below("work/temp/.hidden folder")).entryList(all), QStringList());
+}
+
+void TestTemporaryData::followsNoLinks()
+{
+    QVERIFY(QFile::link(below("elsewhere"), below("work/temp/folder link")));
+    QVERIFY(QFile::link(below("elsewhere/kept"), below("work/temp/file link")));
+    QVERIFY(QFile::link(below("nowhere"), below("work/temp/broken link")));
+    TemporaryData::clear(below("work/temp"));
+    QVERIFY(QFile::exists(below("elsewhere/kept")));
+    QVERIFY(QFile::exists(below("elsewhere/inner/kept")));
+    // A link to a file is a file of the folder, and goes.
+    QVERIFY(!QFileInfo(below("work/temp/file link")).isSymLink());
+    QVERIFY(!QFileInfo(below("work/temp/broken link")).isSymLink());
+}
+
+void TestTemporaryData::refusesWorkingDirectoryByAnyName()
+{
+    QVERIFY(QFile::link(below("work"), below("work link")));
+    Settings::instance()->setWorkingDirectory(below("work link"));
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("work")));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+    // One that begins like it is another one.
+    QVERIFY(QDir(root_->path()).mkdir(QStringLiteral("wor")));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("wor")));
+    // A missing working directory protects nothing and stands in nobody's way.
+    Settings::instance()->setWorkingDirectory(below("missing"));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+}
+
+void TestTemporaryData::worksWithoutSettings()
+{
+    delete Settings::instance();
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(QStringLiteral("/")));
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(TestSurroundings::home()));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+}
+
+STALLO_TEST_MAIN(TestTemporaryData)
+#include "tst_temporarydata.moc"
