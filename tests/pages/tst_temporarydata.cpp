@@ -33,7 +33,7 @@ private Q_SLOTS:
     void clearsOddNames();
     void followsNoLinks();
     void refusesWorkingDirectoryByAnyName();
-    void worksWithoutSettings();
+    void refusesAllWithoutSettings();
 
 private:
     QString below(const char *path) const { return root_->filePath(QString::fromLatin1(path)); }
@@ -170,12 +170,13 @@ void TestTemporaryData::refusesWorkingDirectoryByAnyName()
     QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
 }
 
-void TestTemporaryData::worksWithoutSettings()
+void TestTemporaryData::refusesAllWithoutSettings()
 {
     delete Settings::instance();
     QVERIFY(!TemporaryData::isFolderOfItsOwn(QStringLiteral("/")));
     QVERIFY(!TemporaryData::isFolderOfItsOwn(TestSurroundings::home()));
-    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+    // Nothing is known of what must be kept.
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("work/temp")));
 }
 
 STALLO_TEST_MAIN(TestTemporaryData)
