@@ -35,7 +35,7 @@ export HOME=$demo/home XDG_CONFIG_HOME=$demo/home/.config
 mkdir -p "$XDG_CONFIG_HOME/Dorvel Ltd"
 settings="$XDG_CONFIG_HOME/Dorvel Ltd/Stallo.conf"
 if [ ! -e "$settings" ]; then
-    printf '[AddressList]\nAddresses=127.0.0.1, 127.0.0.2\n' >"$settings"
+    printf '[General]\nWindowMaximized=true\n[AddressList]\nAddresses=127.0.0.1, 127.0.0.2\n' >"$settings"
 fi
 
 devices=

@@ -199,6 +199,9 @@ void BrelStyle::polish(QWidget *widget)
     if (auto *files = qobject_cast<QFileDialog *>(widget)) {
         enlarge(*files);
     }
+    if (qobject_cast<QDialog *>(widget) != nullptr) {
+        widget->installEventFilter(&dialogEdge_);
+    }
     // Through the view, because a hidden header, which still sets the row heights, is not polished.
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         for (QHeaderView *header : {table->verticalHeader(), table->horizontalHeader()}) {
@@ -214,6 +217,7 @@ void BrelStyle::unpolish(QWidget *widget)
         widget->setMinimumHeight(height.toInt());
         widget->setProperty(formerHeight, QVariant());
     }
+    widget->removeEventFilter(&dialogEdge_);
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         table->verticalHeader()->setMinimumSectionSize(-1);
         table->horizontalHeader()->setMinimumSectionSize(-1);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "style/dialogedge.h"
+
 #include <QFont>
 #include <QHash>
 #include <QPalette>
@@ -53,4 +55,5 @@ private:
     // The application's fonts as they were, by widget class; the empty name is the common one.
     QHash<QByteArray, QFont> formerFonts_;
     QPalette formerToolTip_;
+    DialogEdge dialogEdge_;
 };

@@ -4,14 +4,13 @@
 #include "records/scan.h"
 #include "records/vasksettings.h"
 #include "simulator/livefeed.h"
+#include "tests/support/blackhole.h"
 #include "tests/support/devices.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -143,8 +142,7 @@ private Q_SLOTS:
     void closesInEveryState()
     {
         QFETCH(QString, state);
-        QVector<QTcpSocket *> queue;
-        QTcpServer full;
+        std::unique_ptr<BlackHole> hole;
         if (state == QLatin1String("idle")) {
             start({});
             QTRY_VERIFY_WITH_TIMEOUT(QDir(home_->filePath(QStringLiteral("Stallo"))).exists(),
@@ -155,8 +153,8 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(DevicePaths::streams()) > 0,
                                      patience);
         } else if (state == QLatin1String("black hole")) {
-            fillQueue(full, queue);
-            storeOnLinePort(full.serverPort());
+            hole = std::make_unique<BlackHole>(QHostAddress::LocalHost);
+            storeOnLinePort(hole->port());
             start({device().address()});
             QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(DevicePaths::streams()) > 0,
                                      patience);
@@ -182,7 +180,6 @@ private Q_SLOTS:
         } else {
             endBySignal();
         }
-        qDeleteAll(queue);
     }
 
 private:
@@ -336,21 +333,6 @@ private:
     {
         QSettings(settingsFile(), QSettings::IniFormat)
             .setValue(QStringLiteral("Global/VaskParkingPort"), port);
-    }
-
-    static void fillQueue(QTcpServer &server, QVector<QTcpSocket *> &queue)
-    {
-        server.setMaxPendingConnections(1);
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        server.pauseAccepting();
-        for (int tries = 0; tries < 200; ++tries) {
-            queue.append(new QTcpSocket);
-            queue.last()->connectToHost(QHostAddress::LocalHost, server.serverPort());
-            if (!queue.last()->waitForConnected(300)) {
-                return;
-            }
-        }
-        QFAIL("the queue does not fill");
     }
 
     std::unique_ptr<QTemporaryDir> home_;

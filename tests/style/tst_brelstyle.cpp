@@ -5,6 +5,7 @@
 #include "style/metrics.h"
 #include "tests/support/testmain.h"
 
+#include <QDialog>
 #include <QPainter>
 #include <QPushButton>
 #include <QSpinBox>
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void focusFrame();
     void smallFontsAreRaised();
     void wheelAndKeysStay();
+    void dialogsHaveAnEdge();
 };
 
 void TestBrelStyle::initTestCase()
@@ -281,6 +283,17 @@ void TestBrelStyle::wheelAndKeysStay()
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&spin, &wheel);
     QCOMPARE(spin.value(), 50);
+}
+
+void TestBrelStyle::dialogsHaveAnEdge()
+{
+    QDialog dialog;
+    dialog.resize(200, 100);
+    const QImage image = drawn(dialog);
+    for (const QPoint &place : {QPoint(0, 50), QPoint(199, 50), QPoint(100, 0), QPoint(100, 99)}) {
+        QCOMPARE(image.pixelColor(place), Metrics::line);
+    }
+    QCOMPARE(image.pixelColor(100, 50), QApplication::palette().color(QPalette::Window));
 }
 
 STALLO_TEST_MAIN(TestBrelStyle)
