@@ -45,17 +45,17 @@ void TestTemporaryData::init()
 {
     TestSurroundings::freshSettings();
     root_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir(root_->path()).mkpath(QStringLiteral("work/temp/jpegdata/deep")));
+    QVERIFY(QDir(root_->path()).mkpath(QStringLiteral("panel/temp/jpegdata/deep")));
     QVERIFY(QDir(root_->path()).mkpath(QStringLiteral("elsewhere/inner")));
     QVERIFY(QFile::link(below("elsewhere"), below("link")));
-    write(below("work/temp/table"));
-    write(below("work/temp/jpegdata/photo"));
-    write(below("work/temp/jpegdata/deep/kept"));
-    write(below("work/kept"));
+    write(below("panel/temp/table"));
+    write(below("panel/temp/jpegdata/photo"));
+    write(below("panel/temp/jpegdata/deep/kept"));
+    write(below("panel/kept"));
     write(below("elsewhere/kept"));
     write(below("elsewhere/inner/kept"));
     write(TestSurroundings::home() + QStringLiteral("/kept"));
-    Settings::instance()->setWorkingDirectory(below("work"));
+    Settings::instance()->setWorkingDirectory(below("panel"));
 }
 
 void TestTemporaryData::knowsFoldersOfItsOwn_data()
@@ -66,9 +66,9 @@ void TestTemporaryData::knowsFoldersOfItsOwn_data()
     const auto row = [](const char *path, bool own) {
         QTest::newRow(path) << QString::fromLatin1(path) << own;
     };
-    row("%1/work/temp", true);
-    row("%1/work/temp/", true);
-    row("%1/work/../work/temp", true);
+    row("%1/panel/temp", true);
+    row("%1/panel/temp/", true);
+    row("%1/panel/../panel/temp", true);
     row("%1/elsewhere", true);
     row("%2/.config", true);
     row("", false);
@@ -82,16 +82,16 @@ void TestTemporaryData::knowsFoldersOfItsOwn_data()
     row("%2/.", false);
     row("%2/.config/..", false);
     row("%1", false); // above the working directory
-    row("%1/work", false);
-    row("%1/work/", false);
-    row("%1/work/temp/..", false);
+    row("%1/panel", false);
+    row("%1/panel/", false);
+    row("%1/panel/temp/..", false);
     row("%1/link", false);
     row("%1/link/", false);
     row("%1/link/.", false);
     row("%1/link//", false);
     row("%1/missing", false);
-    row("%1/work/kept", false); // a file
-    row("%1/work/kept/", false);
+    row("%1/panel/kept", false); // a file
+    row("%1/panel/kept/", false);
 }
 
 void TestTemporaryData::knowsFoldersOfItsOwn()
@@ -108,7 +108,7 @@ void TestTemporaryData::knowsFoldersOfItsOwn()
         return;
     }
     TemporaryData::clear(path);
-    for (const char *kept : {"work/temp/table", "work/temp/jpegdata/photo", "work/kept",
+    for (const char *kept : {"panel/temp/table", "panel/temp/jpegdata/photo", "panel/kept",
                              "elsewhere/kept", "elsewhere/inner/kept"}) {
         QVERIFY2(QFile::exists(below(kept)), kept);
     }
@@ -117,57 +117,57 @@ void TestTemporaryData::knowsFoldersOfItsOwn()
 
 void TestTemporaryData::clearsOneLevelDeep()
 {
-    TemporaryData::clear(below("work/temp"));
-    QVERIFY(!QFile::exists(below("work/temp/table")));
-    QVERIFY(!QFile::exists(below("work/temp/jpegdata/photo")));
-    QVERIFY(QFile::exists(below("work/temp/jpegdata/deep/kept")));
-    QVERIFY(QFile::exists(below("work/kept")));
+    TemporaryData::clear(below("panel/temp"));
+    QVERIFY(!QFile::exists(below("panel/temp/table")));
+    QVERIFY(!QFile::exists(below("panel/temp/jpegdata/photo")));
+    QVERIFY(QFile::exists(below("panel/temp/jpegdata/deep/kept")));
+    QVERIFY(QFile::exists(below("panel/kept")));
     QVERIFY(QFile::exists(below("elsewhere/kept")));
-    TemporaryData::clear(below("work/temp"));
-    QVERIFY(QDir(below("work/temp/jpegdata/deep")).exists());
+    TemporaryData::clear(below("panel/temp"));
+    QVERIFY(QDir(below("panel/temp/jpegdata/deep")).exists());
 }
 
 void TestTemporaryData::clearsOddNames()
 {
     for (const char *name : {".hidden", "with blank", "-rf", "*", "new\nline", "ends.tpp.index"}) {
-        write(below("work/temp/") + QString::fromLatin1(name));
-        write(below("work/temp/jpegdata/") + QString::fromLatin1(name));
+        write(below("panel/temp/") + QString::fromLatin1(name));
+        write(below("panel/temp/jpegdata/") + QString::fromLatin1(name));
     }
-    QVERIFY(QDir(below("work/temp")).mkdir(QStringLiteral(".hidden folder")));
-    write(below("work/temp/.hidden folder/file"));
-    QFile::setPermissions(below("work/temp/table"), QFile::ReadOwner);
-    TemporaryData::clear(below("work/temp"));
+    QVERIFY(QDir(below("panel/temp")).mkdir(QStringLiteral(".hidden folder")));
+    write(below("panel/temp/.hidden folder/file"));
+    QFile::setPermissions(below("panel/temp/table"), QFile::ReadOwner);
+    TemporaryData::clear(below("panel/temp"));
     const auto all = QDir::Files | QDir::Hidden | QDir::System;
-    QCOMPARE(QDir(below("work/temp")).entryList(all), QStringList());
-    QCOMPARE(QDir(below("work/temp/jpegdata")).entryList(all), QStringList());
-    QCOMPARE(QDir(below("work/temp/.hidden folder")).entryList(all), QStringList());
+    QCOMPARE(QDir(below("panel/temp")).entryList(all), QStringList());
+    QCOMPARE(QDir(below("panel/temp/jpegdata")).entryList(all), QStringList());
+    QCOMPARE(QDir(below("panel/temp/.hidden folder")).entryList(all), QStringList());
 }
 
 void TestTemporaryData::followsNoLinks()
 {
-    QVERIFY(QFile::link(below("elsewhere"), below("work/temp/folder link")));
-    QVERIFY(QFile::link(below("elsewhere/kept"), below("work/temp/file link")));
-    QVERIFY(QFile::link(below("nowhere"), below("work/temp/broken link")));
-    TemporaryData::clear(below("work/temp"));
+    QVERIFY(QFile::link(below("elsewhere"), below("panel/temp/folder link")));
+    QVERIFY(QFile::link(below("elsewhere/kept"), below("panel/temp/file link")));
+    QVERIFY(QFile::link(below("nowhere"), below("panel/temp/broken link")));
+    TemporaryData::clear(below("panel/temp"));
     QVERIFY(QFile::exists(below("elsewhere/kept")));
     QVERIFY(QFile::exists(below("elsewhere/inner/kept")));
     // A link to a file is a file of the folder, and goes.
-    QVERIFY(!QFileInfo(below("work/temp/file link")).isSymLink());
-    QVERIFY(!QFileInfo(below("work/temp/broken link")).isSymLink());
+    QVERIFY(!QFileInfo(below("panel/temp/file link")).isSymLink());
+    QVERIFY(!QFileInfo(below("panel/temp/broken link")).isSymLink());
 }
 
 void TestTemporaryData::refusesWorkingDirectoryByAnyName()
 {
-    QVERIFY(QFile::link(below("work"), below("work link")));
+    QVERIFY(QFile::link(below("panel"), below("work link")));
     Settings::instance()->setWorkingDirectory(below("work link"));
-    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("work")));
-    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("panel")));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("panel/temp")));
     // One that begins like it is another one.
-    QVERIFY(QDir(root_->path()).mkdir(QStringLiteral("wor")));
-    QVERIFY(TemporaryData::isFolderOfItsOwn(below("wor")));
+    QVERIFY(QDir(root_->path()).mkdir(QStringLiteral("pan")));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("pan")));
     // A missing working directory protects nothing and stands in nobody's way.
     Settings::instance()->setWorkingDirectory(below("missing"));
-    QVERIFY(TemporaryData::isFolderOfItsOwn(below("work/temp")));
+    QVERIFY(TemporaryData::isFolderOfItsOwn(below("panel/temp")));
 }
 
 void TestTemporaryData::refusesAllWithoutSettings()
@@ -176,7 +176,7 @@ void TestTemporaryData::refusesAllWithoutSettings()
     QVERIFY(!TemporaryData::isFolderOfItsOwn(QStringLiteral("/")));
     QVERIFY(!TemporaryData::isFolderOfItsOwn(TestSurroundings::home()));
     // Nothing is known of what must be kept.
-    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("work/temp")));
+    QVERIFY(!TemporaryData::isFolderOfItsOwn(below("panel/temp")));
 }
 
 STALLO_TEST_MAIN(TestTemporaryData)
