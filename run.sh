@@ -31,6 +31,8 @@ fi
 
 demo=$PWD/build/demo
 simulator=$PWD/build/release/simulator/stallo-device
+# The display is still the caller's.
+export XAUTHORITY="${XAUTHORITY-$HOME/.Xauthority}"
 export HOME=$demo/home XDG_CONFIG_HOME=$demo/home/.config
 mkdir -p "$XDG_CONFIG_HOME/Dorvel Ltd"
 settings="$XDG_CONFIG_HOME/Dorvel Ltd/Stallo.conf"

@@ -1,7 +1,8 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Builds Stallo twice, optimised and with the address and undefined-behaviour sanitizers, installing
-# what is missing, and runs the whole test suite in both. Ends with the suite's summary.
+# what is missing, and runs the whole test suite in both. Ends with the suite's summary, after the
+# first build's run if that failed.
 set -eu
 cd "$(dirname "$0")"
 . packaging/prepare.sh

@@ -50,6 +50,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Startup::BoundedEnd boundedEnd;
     QApplication application(argc, argv);
     LocalText::useCodecOfLocale();
     initStalloResources();
@@ -93,6 +94,6 @@ int main(int argc, char *argv[])
     if (QApplication::exec() == 0) {
         Startup::storeGeometry(frame);
     }
-    Startup::boundTheEnd();
+    boundedEnd.arm();
     return 0;
 }

@@ -48,8 +48,9 @@ ShutdownSignals::ShutdownSignals(QObject *parent)
 
 ShutdownSignals::~ShutdownSignals()
 {
+    // The end is under way; another request changes nothing.
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(number, SIG_DFL);
+        std::signal(number, SIG_IGN);
     }
     close(readEnd_);
     close(writeEnd);

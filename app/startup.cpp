@@ -136,13 +136,20 @@ void Startup::parseCmdLine(int argc, char **argv)
     }
 }
 
-void Startup::boundTheEnd()
+void Startup::BoundedEnd::arm()
 {
     if (Settings *settings = Settings::instance()) {
         settings->sync();
     }
-    std::thread([] {
+    std::thread([over = over_] {
         std::this_thread::sleep_for(std::chrono::milliseconds(1500));
-        std::_Exit(0);
+        if (!*over) {
+            std::_Exit(0);
+        }
     }).detach();
+}
+
+Startup::BoundedEnd::~BoundedEnd()
+{
+    *over_ = true;
 }

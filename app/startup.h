@@ -3,6 +3,7 @@
 
 #include <QWidget>
 
+#include <atomic>
 #include <memory>
 
 class QLockFile;
@@ -30,9 +31,22 @@ void storeGeometry(const QWidget &frame);
 // Other options are passed over, and without an address nothing happens.
 void parseCmdLine(int argc, char **argv);
 
-// Everything is stored: from here on the process ends with 0 after a second and a half at the
-// latest. The toolkit's end waits for host names that are being looked up, which may take much
-// longer.
-void boundTheEnd();
+// Bounds the end of the process. Made before the application object; once armed, when everything is
+// stored, the process ends with 0 after a second and a half unless the application object has gone
+// by then: the toolkit waits there for host names that are being looked up, which may take long.
+class BoundedEnd
+{
+public:
+    BoundedEnd() = default;
+    ~BoundedEnd();
+    BoundedEnd(const BoundedEnd &) = delete;
+    BoundedEnd &operator=(const BoundedEnd &) = delete;
+
+    void arm();
+
+private:
+    // Shared with the thread that watches, which may be the last one to look at it.
+    std::shared_ptr<std::atomic<bool>> over_ = std::make_shared<std::atomic<bool>>(false);
+};
 
 } // namespace Startup

@@ -51,15 +51,16 @@ QString DeviceIdentity::fetch(const QString &host, Patience patience, const QStr
     GetFile get(host, local.fileName(), nullptr);
     QElapsedTimer clock;
     clock.start();
-    get.setCancelled(cancelled);
-    while (!cancelled() && clock.elapsed() < patience.totalMsec) {
-        // A device that accepts and stays silent must not use up more than the patience.
-        get.setTimeout(patience.totalMsec - static_cast<int>(clock.elapsed()));
+    // A device that accepts and stays silent must not use up more than the patience.
+    const auto over = [&] { return cancelled() || clock.elapsed() >= patience.totalMsec; };
+    get.setCancelled(over);
+    get.setTimeout(patience.totalMsec);
+    while (!over()) {
         if (get(QStringLiteral("/etc/streams.ini"))) {
             local.seek(0);
             return parse(local.read(largestFile + 1), fallback);
         }
-        SocketWait::pause(patience.pauseMsec, cancelled);
+        SocketWait::pause(patience.pauseMsec, over);
     }
     return fallback;
 }

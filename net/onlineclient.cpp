@@ -24,8 +24,8 @@ constexpr int attemptInterval = 1000;
 constexpr int waitStep = 10;
 // Waits without a whole record before a keep-alive: about a second.
 constexpr int silentWaits = 100;
-// A passage is shown this late at worst, for each of connecting and the answer, when the device
-// keeps its picture back; the picture then follows.
+// How long a passage waits for its picture, each for the connection and for the answer. A picture
+// that a device keeps back longer follows later.
 constexpr int livePictureTimeout = 3000;
 constexpr DeviceIdentity::Patience identityPatience{10000, 3000};
 constexpr std::size_t mostLoaders = 16;

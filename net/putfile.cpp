@@ -71,7 +71,7 @@ bool PutFile::sendAll(QFile &file, qint64 size)
 bool PutFile::sendPiece(QFile &file, qint64 size)
 {
     if (size == 0) {
-        return true; // everything is out; the device may have hung up
+        return true; // nothing to send; the device may have hung up
     }
     if (!isConnected()) {
         return false;

@@ -233,8 +233,14 @@ void OnLineWidget::insertRecord(const Scan &scan)
 {
     const int rows = model_->rowCount();
     // In an empty table there is no current row: -1 is then the last row as well.
-    const bool follow = ui_->tableViewOnLine->currentIndex().row() == rows - 1;
-    if (!model_->append(scan)) {
+    const int current = ui_->tableViewOnLine->currentIndex().row();
+    const bool follow = current == rows - 1;
+    const bool appended = model_->append(scan);
+    if (current >= 0 && !ui_->tableViewOnLine->currentIndex().isValid()) {
+        showRecord(
+            model_->index(current, 0)); // the table was read anew; the operator stays where he was
+    }
+    if (!appended) {
         if (index_.isOpen()) {
             index_.cut(rows);
         }
@@ -307,6 +313,10 @@ void OnLineWidget::showEvent(QShowEvent *event)
 // Not in the constructor: the style, and with it the font, is set after the pages are made.
 void OnLineWidget::fitColumns()
 {
+    if (columnsFitted_) {
+        return; // the operator may have changed them
+    }
+    columnsFitted_ = true;
     const QFontMetrics metrics = ui_->tableViewOnLine->fontMetrics();
     const auto fit = [&](int column, const QString &widest) {
         ui_->tableViewOnLine->setColumnWidth(

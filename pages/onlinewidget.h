@@ -111,4 +111,5 @@ private:
     std::unique_ptr<SaveThread> save_;
     bool settingCurrent_ = false;
     bool reportingFullDisk_ = false;
+    bool columnsFitted_ = false;
 };

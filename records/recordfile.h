@@ -4,8 +4,8 @@
 #include <QFile>
 
 // A headerless file of records of one fixed size: record n lies at n x size. A partial record at
-// the end is not counted and not touched. Unbuffered, so that what is written is in the file at
-// once and other handles on the same file see it.
+// the end is not counted; the next append writes over it. Unbuffered, so that what is written is in
+// the file at once and other handles on the same file see it.
 //
 // Used by one thread at a time; every worker and every model has a handle of its own. Nothing is
 // reported but success: a short read or write is a failure, and the caller decides what it means.

@@ -65,7 +65,7 @@ private:
     mutable int cachedRow_ = -1;
     mutable Scan cachedScan_;
     mutable QString cachedDevice_;
-    int resumeFreeing_ = 0;
+    int resumeFreeing_ = 0; // the row to go on with when the last call ran out of time
 };
 
 // Comparators for binary searches with the table's iterators over rows in time order. An index

@@ -174,8 +174,12 @@ public:
     // One row of zeros at the end, whatever is asked for.
     bool insertRows(int, int, const QModelIndex &parent) override
     {
-        if (!file_ || !file_->grow() || !file_->shrink()) {
+        if (!file_ || !file_->grow()) {
             return false;
+        }
+        if (!file_->shrink()) {
+            resetViews();
+            return true;
         }
         const int row = rowCount();
         beginInsertRows(parent, row, row);

@@ -5,7 +5,12 @@
 set -eu
 folder=$(mktemp -d)
 server=
+child=
 cleanup() {
+    if [ -n "$child" ]; then
+        kill "$child" 2>/dev/null || :
+        wait "$child" 2>/dev/null || :
+    fi
     if [ -n "$server" ]; then
         kill "$server" 2>/dev/null || :
         wait "$server" 2>/dev/null || :
@@ -23,4 +28,10 @@ if ! read -r number <"$folder/display"; then
     echo "withdisplay.sh: the X server does not start; is xvfb installed?" >&2
     exit 1
 fi
-DISPLAY=":$number" QT_QPA_PLATFORM=xcb "$@"
+# In the background, so that a signal to this script ends the command at once.
+DISPLAY=":$number" QT_QPA_PLATFORM=xcb "$@" &
+child=$!
+status=0
+wait "$child" || status=$?
+child=
+exit $status
