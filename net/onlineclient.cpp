@@ -58,10 +58,7 @@ OnlineClient::OnlineClient(QObject *parent)
 
 OnlineClient::~OnlineClient()
 {
-    stopAndWait();
-    for (const RunningPicture &job : loaders_) {
-        job.thread->requestInterruption();
-    }
+    stopAndWait(); // run() calls the loaders off at its end
     for (const RunningPicture &job : loaders_) {
         job.thread->wait();
         delete job.thread->result();

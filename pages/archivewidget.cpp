@@ -2,6 +2,7 @@
 #include "pages/archivewidget.h"
 
 #include "app/shellaccess.h"
+#include "pages/devicetitle.h"
 
 ArchiveWidget::ArchiveWidget(QWidget *parent)
     : QWidget(parent)
@@ -13,7 +14,5 @@ void ArchiveWidget::loadTableFromNet(const QString &) {}
 void ArchiveWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    ShellAccess::showDeviceName(
-        QStringLiteral("<center><font color='white' size='+2'>%1</font></center>")
-            .arg(tr("Archive view")));
+    ShellAccess::showDeviceName(DeviceTitle::plain(tr("Archive view")));
 }

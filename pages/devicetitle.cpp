@@ -3,13 +3,18 @@
 
 #include <QStringList>
 
+QString DeviceTitle::plain(const QString &page)
+{
+    return QStringLiteral("<center><font color='white' size='+2'>%1</font></center>").arg(page);
+}
+
 QString DeviceTitle::onLine(const QString &page, const QString &firstHost,
                             const QString &secondHost, bool connected)
 {
     QStringList hosts = {firstHost.toHtmlEscaped(), secondHost.toHtmlEscaped()};
     hosts.removeAll(QString());
     if (hosts.isEmpty()) {
-        return QStringLiteral("<center><font color='white' size='+2'>%1</font></center>").arg(page);
+        return plain(page);
     }
     const QString colour = connected ? QStringLiteral("White") : QStringLiteral("Grey");
     return QStringLiteral("<center><font color='white' size='+2'>%1 - </font>"

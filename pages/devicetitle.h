@@ -8,6 +8,9 @@
 namespace DeviceTitle
 {
 
+// The page's name alone.
+QString plain(const QString &page);
+
 // Grey while no device is connected; an empty host is not named.
 QString onLine(const QString &page, const QString &firstHost, const QString &secondHost,
                bool connected);

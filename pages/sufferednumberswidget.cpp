@@ -2,6 +2,7 @@
 #include "pages/sufferednumberswidget.h"
 
 #include "app/shellaccess.h"
+#include "pages/devicetitle.h"
 
 SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
     : QWidget(parent)
@@ -18,7 +19,5 @@ int SufferedNumbersWidget::insertRecord(const Access &)
 void SufferedNumbersWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    ShellAccess::showDeviceName(
-        QStringLiteral("<center><font color='white' size='+2'>%1</font></center>")
-            .arg(tr("Suffered numbers")));
+    ShellAccess::showDeviceName(DeviceTitle::plain(tr("Suffered numbers")));
 }

@@ -48,8 +48,7 @@ void OnLine::setFileName(const QString &name)
 
 QDateTime OnLine::dateTime() const
 {
-    const auto seconds = word<quint32>(OnLineLayout::dateTime);
-    return seconds == noTime ? QDateTime() : QDateTime::fromSecsSinceEpoch(seconds);
+    return time(OnLineLayout::dateTime);
 }
 
 void OnLine::setDateTime(const QDateTime &time)

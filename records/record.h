@@ -86,6 +86,13 @@ protected:
         return LocalText::fieldBytes(bytes_.data() + field.offset, static_cast<int>(field.size));
     }
 
+    // A null time where the word says that there is none.
+    QDateTime time(const RecordField &field) const
+    {
+        const auto seconds = word<quint32>(field);
+        return seconds == noTime ? QDateTime() : QDateTime::fromSecsSinceEpoch(seconds);
+    }
+
     // A time that the word cannot hold, before 1970 or after 2106, is stored as none.
     void setTime(const RecordField &field, const QDateTime &time)
     {

@@ -23,8 +23,7 @@ Scan::Scan(const OnLine &onLine)
 
 QDateTime Scan::dateTime() const
 {
-    const auto seconds = word<quint32>(ScanLayout::dateTime);
-    return seconds == noTime ? QDateTime() : QDateTime::fromSecsSinceEpoch(seconds);
+    return time(ScanLayout::dateTime);
 }
 
 void Scan::setDateTime(const QDateTime &time)
