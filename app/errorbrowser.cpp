@@ -89,3 +89,14 @@ void ErrorBrowser::error(const QString &title, const QStringList &lines, QWidget
 {
     error(title, lines.join(QLatin1Char('\n')), parent);
 }
+
+void ErrorBrowser::jobError(QString result, QWidget *parent)
+{
+    const QString prefix = QStringLiteral("Error=");
+    if (result.startsWith(prefix)) {
+        result.remove(0, prefix.size());
+    }
+    if (!result.isEmpty()) {
+        error(tr("Error"), result, parent);
+    }
+}

@@ -16,6 +16,8 @@ public:
     ErrorBrowser(const QString &title, const QString &text, QWidget *parent);
 
     static void error(const QString &title, const QString &text, QWidget *parent);
+    // What a job returned; nothing where it is empty. Devices put "Error=" before their texts.
+    static void jobError(QString result, QWidget *parent);
     // One line of text for each entry.
     static void error(const QString &title, const QStringList &lines, QWidget *parent);
 };

@@ -99,9 +99,13 @@ bool GetFile::receive(qint64 size)
 
 bool GetFile::receivePiece(QFile &file, qint64 size, bool lossAllowed)
 {
+    const QString late = QStringLiteral("Timeout when reading file from vask");
+    if (isCancelled()) {
+        return fail(late); // a fast line never gets to the wait below
+    }
     for (int waited = 0; bytesAvailable() < size && isConnected(); waited += waitStep) {
         if (waited == blockTimeout || isCancelled()) {
-            return fail(QStringLiteral("Timeout when reading file from vask"));
+            return fail(late);
         }
         waitForReadyRead(waitStep);
     }

@@ -8,6 +8,13 @@ QString DeviceTitle::plain(const QString &page)
     return QStringLiteral("<center><font color='white' size='+2'>%1</font></center>").arg(page);
 }
 
+QString DeviceTitle::device(const QString &page, const QString &device)
+{
+    return QStringLiteral("<center><font color='white' size='+2'>%1 - </font>"
+                          "<font color='White' size='+2'><I>%2</I></center>")
+        .arg(page, device.toHtmlEscaped());
+}
+
 QString DeviceTitle::onLine(const QString &page, const QString &firstHost,
                             const QString &secondHost, bool connected)
 {

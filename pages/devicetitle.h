@@ -11,6 +11,9 @@ namespace DeviceTitle
 // The page's name alone.
 QString plain(const QString &page);
 
+// With the device that the page's table came from.
+QString device(const QString &page, const QString &device);
+
 // Grey while no device is connected; an empty host is not named.
 QString onLine(const QString &page, const QString &firstHost, const QString &secondHost,
                bool connected);

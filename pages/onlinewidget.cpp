@@ -10,15 +10,16 @@
 #include "pages/devicetitle.h"
 #include "pages/onlinechannel.h"
 #include "pages/passagedetails.h"
+#include "pages/passagetable.h"
 #include "pages/photofiles.h"
 #include "pages/proportionalsclalewidget.h"
+#include "pages/tablefiledialog.h"
 #include "pages/temporarydata.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 #include "ui_onlinewidget.h"
 
 #include <QAbstractSocket>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
@@ -66,17 +67,12 @@ void OnLineWidget::createTable()
 
 void OnLineWidget::createMenu()
 {
-    const QString title = tr("Add number to suffered");
-    menu_ = new QMenu(title, ui_->tableViewOnLine);
-    connect(menu_->addAction(title), &QAction::triggered, this, &OnLineWidget::addToSuffered);
+    menu_ = PassageTable::createMenu(ui_->tableViewOnLine, [this] { addToSuffered(); });
 }
 
 void OnLineWidget::createViews()
 {
-    photo_ = new ProportionalSclaleWidget(tr("No Photo"), ui_->labelPhoto);
-    auto *layout = new QVBoxLayout(ui_->labelPhoto);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(photo_);
+    photo_ = PassageTable::createPhotoView(ui_->labelPhoto);
     channels_[0] = std::make_unique<OnlineChannel>(0, this, ui_->labelPhoto0,
                                                    ui_->buttonDisconnect1, ui_->buttonOpenBarrier1);
     channels_[1] = std::make_unique<OnlineChannel>(1, this, ui_->labelPhoto1,
@@ -306,28 +302,8 @@ void OnLineWidget::refreshDeviceString()
 void OnLineWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    fitColumns();
+    PassageTable::fitColumns(ui_->tableViewOnLine, &columnsFitted_);
     setDeviceString();
-}
-
-// Not in the constructor: the style, and with it the font, is set after the pages are made.
-void OnLineWidget::fitColumns()
-{
-    if (columnsFitted_) {
-        return; // the operator may have changed them
-    }
-    columnsFitted_ = true;
-    const QFontMetrics metrics = ui_->tableViewOnLine->fontMetrics();
-    const auto fit = [&](int column, const QString &widest) {
-        ui_->tableViewOnLine->setColumnWidth(
-            column, metrics.horizontalAdvance(QStringLiteral("    ") + widest));
-    };
-    fit(ScanModel::DateColumn,
-        QDateTime(QDate(2000, 9, 30), QTime(0, 0)).toString(scanModelDateTimeFormat));
-    fit(ScanModel::NumberColumn, QStringLiteral("M000MM000"));
-    for (const int column : {ScanModel::InListColumn, ScanModel::GrantedColumn}) {
-        fit(column, model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
-    }
 }
 
 void OnLineWidget::menuRequested(const QPoint &position)
@@ -338,16 +314,9 @@ void OnLineWidget::menuRequested(const QPoint &position)
 void OnLineWidget::addToSuffered()
 {
     const QModelIndex current = ui_->tableViewOnLine->currentIndex();
-    QObject *receiver = ShellAccess::accessEntryReceiver();
-    if (!current.isValid() || receiver == nullptr) {
-        return;
+    if (current.isValid()) {
+        PassageTable::addToAccessList(model_->value(current.row()));
     }
-    const Scan scan = model_->value(current.row());
-    Access access;
-    access.setNumber(scan.number());
-    access.setAccessKey(scan.accessKey());
-    access.setComment(scan.comment());
-    QCoreApplication::postEvent(receiver, new SufferedEvent(access));
 }
 
 void OnLineWidget::newTable()
@@ -376,28 +345,20 @@ void OnLineWidget::clearTempData()
 
 void OnLineWidget::saveTableToFile()
 {
-    const QString csvFilter = tr("Comma separated values file (*.csv)");
-    const QString dumpFilter = tr("Dump file (*%1)").arg(VaskSettings::passbaseSuffix());
-    QString filter;
-    const QString name = QFileDialog::getSaveFileName(
-        this, tr("Save on-line table to file"), Settings::instance()->lastSavedOnLineFile(),
-        csvFilter + QStringLiteral(";;") + dumpFilter, &filter, QFileDialog::DontUseNativeDialog);
-    if (name.isEmpty()) {
-        return;
-    }
-    if (filter == dumpFilter) {
-        startSave(&OnLineWidget::saveTableToDatFile,
-                  Settings::extended(name, VaskSettings::passbaseSuffix()));
-    } else {
-        startSave(&OnLineWidget::saveTableToCSVFile,
-                  Settings::extended(name, QStringLiteral(".csv")));
+    const TableFileDialog dialog(this, tr("Save on-line table to file"),
+                                 Settings::instance()->lastSavedOnLineFile(),
+                                 VaskSettings::passbaseSuffix());
+    const auto [name, isCsv] = dialog.save(TableFileDialog::First::Csv);
+    if (!name.isEmpty()) {
+        startSave(isCsv ? &OnLineWidget::saveTableToCSVFile : &OnLineWidget::saveTableToDatFile,
+                  name);
     }
 }
 
 void OnLineWidget::startSave(SaveThread::Method method, const QString &name)
 {
     showBusy(true);
-    saving_ = tableNow();
+    saving_ = TableSnapshot::of(*model_);
     save_ = std::make_unique<SaveThread>(this, method, name);
     connect(save_.get(), &QThread::finished, this, &OnLineWidget::threadFinished);
     save_->start();
@@ -421,18 +382,9 @@ void OnLineWidget::threadFinished()
     }
 }
 
-TableSnapshot OnLineWidget::tableNow() const
-{
-    TableSnapshot table{model_->fileName(), model_->indexFile(), model_->rowCount(), {}};
-    for (int column = 0; column < model_->columnCount(); ++column) {
-        table.titles << model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    }
-    return table;
-}
-
 TableSnapshot OnLineWidget::savedTable() const
 {
-    return QThread::currentThread() == thread() ? tableNow() : saving_;
+    return QThread::currentThread() == thread() ? TableSnapshot::of(*model_) : saving_;
 }
 
 QString OnLineWidget::saveTableToDatFile(QString name)
@@ -464,8 +416,13 @@ QString OnLineWidget::createPhotoDirs(const QString &folder)
 QString OnLineWidget::copyPhotos(const QString &folder)
 {
     const QString error = createPhotoDirs(folder);
-    return error.isEmpty() ? TableSave::photos(savedTable(), VaskSettings::picFileDir(), folder)
-                           : error;
+    if (!error.isEmpty()) {
+        return error;
+    }
+    const TableSnapshot table = savedTable();
+    const QString pictures = QLatin1Char('/') + VaskSettings::picFileDir();
+    return TableSave::photos(table, QFileInfo(table.indexFile).absolutePath() + pictures,
+                             folder + pictures);
 }
 
 void OnLineWidget::savePhoto()
@@ -475,17 +432,12 @@ void OnLineWidget::savePhoto()
         return;
     }
     const Scan scan = model_->value(current.row());
-    const QString start =
-        Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
-    const QString name = QFileDialog::getSaveFileName(this, tr("Save photo to file"), start,
-                                                      tr("Image file (*.jpeg)"), nullptr,
-                                                      QFileDialog::DontUseNativeDialog);
+    const QString name = PassageTable::askPhotoName(this, scan);
     if (name.isEmpty()) {
         return;
     }
     showBusy(true);
-    const QString error =
-        PhotoFiles::copy(photoPath(scan), Settings::extended(name, QStringLiteral(".jpeg")));
+    const QString error = PhotoFiles::copy(photoPath(scan), name);
     showBusy(false);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);

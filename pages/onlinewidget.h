@@ -83,7 +83,6 @@ private:
     void wire();
 
     void newTable();
-    void fitColumns();
     // Of the page that is shown.
     void refreshDeviceString();
     void handlePassage(const OnLineEvent &event);
@@ -95,7 +94,6 @@ private:
     int senderChannel(const QAbstractButton *first, const QAbstractButton *second) const;
 
     QString photoPath(const Scan &scan) const;
-    TableSnapshot tableNow() const;
     // Of the running save, or of this moment.
     TableSnapshot savedTable() const;
     void startSave(SaveThread::Method method, const QString &name);

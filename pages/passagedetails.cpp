@@ -21,6 +21,12 @@ QStringList PassageDetails::onLineLines(const Scan &scan)
             verdict(scan), comment(scan), accessKey(scan)};
 }
 
+QStringList PassageDetails::archiveLines(const Scan &scan)
+{
+    return {number(scan),    date(scan),      verdict(scan), registration(scan),
+            accessWay(scan), accessKey(scan), comment(scan)};
+}
+
 QString PassageDetails::number(const Scan &scan)
 {
     return labelled(tr("Number"), VaskSettings::readableNumber(scan.number()));

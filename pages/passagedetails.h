@@ -12,8 +12,9 @@ class PassageDetails
     Q_DECLARE_TR_FUNCTIONS(PassageDetails)
 
 public:
-    // As the On-line page orders them.
+    // As each page orders them.
     static QStringList onLineLines(const Scan &scan);
+    static QStringList archiveLines(const Scan &scan);
 
     static QString number(const Scan &scan);
     static QString date(const Scan &scan);

@@ -3,10 +3,12 @@
 
 #include "net/socketwait.h"
 #include "pages/photofiles.h"
+#include "records/csv.h"
 #include "records/deviceindex.h"
 #include "records/passagecsv.h"
 #include "records/recordfile.h"
 #include "records/scanmodel.h"
+#include "records/vasksettings.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
@@ -81,6 +83,15 @@ QString copyBeginning(const QString &source, WholeFile &destination, qint64 byte
 
 } // namespace
 
+TableSnapshot TableSnapshot::of(const ScanModel &model)
+{
+    TableSnapshot table{model.fileName(), model.indexFile(), model.rowCount(), {}};
+    for (int column = 0; column < ScanModel::columns; ++column) {
+        table.titles << model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    }
+    return table;
+}
+
 QString TableSave::dump(const TableSnapshot &table, const QString &name)
 {
     const QString indexName = ScanModel::indexFileOf(name);
@@ -105,6 +116,21 @@ QString TableSave::dump(const TableSnapshot &table, const QString &name)
 
 QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
 {
+    const auto plain = [](const QStringList &fields) { return fields.join(QLatin1Char(';')); };
+    return lines(table, name, plain, Progress());
+}
+
+QString TableSave::csv(const TableSnapshot &table, const QString &name, const Progress &progress)
+{
+    const CSV codec;
+    return lines(
+        table, name, [&codec](const QStringList &fields) { return codec.encodeRecord(fields); },
+        progress);
+}
+
+QString TableSave::lines(const TableSnapshot &table, const QString &name, const Line &line,
+                         const Progress &progress)
+{
     if (PhotoFiles::isSameFile(name, table.recordFile) ||
         PhotoFiles::isSameFile(name, table.indexFile)) {
         return tr("Destination file exists");
@@ -114,16 +140,16 @@ QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
     if (!error.isEmpty()) {
         return error;
     }
-    const QLatin1Char separator(';');
-    QByteArray text = table.titles.join(separator).toLocal8Bit();
-    const QString readError = forEachPassage(table, [&](const Scan &scan) {
-        text += '\n' + PassageCsv::fields(scan).join(separator).toLocal8Bit();
+    QByteArray text = table.titles.join(QLatin1Char(';')).toLocal8Bit();
+    const auto write = [&](const Scan &scan) {
+        text += '\n' + line(PassageCsv::fields(scan)).toLocal8Bit();
         if (text.size() >= copyStep) {
             error = file.write(text);
             text.clear();
         }
         return error.isEmpty();
-    });
+    };
+    const QString readError = forEachPassage(table, write, progress);
     if (error.isEmpty()) {
         error = readError;
     }
@@ -133,31 +159,32 @@ QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
     return error.isEmpty() ? file.commit() : error;
 }
 
-QString TableSave::photos(const TableSnapshot &table, const QString &pictureFolder,
-                          const QString &folder)
+QString TableSave::photos(const TableSnapshot &table, const QString &from, const QString &to,
+                          const Progress &progress)
 {
-    const QString from = QFileInfo(table.indexFile).absolutePath();
     QStringList errors;
-    errors << forEachPassage(table, [&](const Scan &scan) {
-        const QString source = PhotoFiles::path(from, pictureFolder, scan);
-        const QString destination = PhotoFiles::path(folder, pictureFolder, scan);
-        if (QFileInfo::exists(source) && !PhotoFiles::isSameFile(source, destination)) {
-            errors << PhotoFiles::copy(source, destination);
+    const auto copy = [&](const Scan &scan) {
+        const QString name = QLatin1Char('/') + VaskSettings::picFileName(scan);
+        if (QFileInfo::exists(from + name) && !PhotoFiles::isSameFile(from + name, to + name)) {
+            errors << PhotoFiles::copy(from + name, to + name);
         }
         return true;
-    });
+    };
+    errors << forEachPassage(table, copy, progress);
     errors.removeAll(QString());
     return errors.join(QLatin1Char('\n'));
 }
 
 QString TableSave::forEachPassage(const TableSnapshot &table,
-                                  const std::function<bool(const Scan &)> &action)
+                                  const std::function<bool(const Scan &)> &action,
+                                  const Progress &progress)
 {
     RecordFile file(table.recordFile, Scan::size);
     if (!file.open(QIODevice::ReadOnly)) {
         return file.errorString();
     }
     Scan scan;
+    int shown = -1;
     for (int row = 0; row < table.rows; ++row) {
         if (SocketWait::interrupted()) {
             return tr("Interrupted");
@@ -167,6 +194,11 @@ QString TableSave::forEachPassage(const TableSnapshot &table,
         }
         if (!action(scan)) {
             break;
+        }
+        const int percent = static_cast<int>(qint64(row + 1) * 100 / table.rows);
+        if (progress && percent != shown) {
+            shown = percent;
+            progress(shown);
         }
     }
     return QString();

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+class ScanModel;
+
 // A table as it was when a save began: the worker copies exactly these rows, from handles of its
 // own, while the table goes on growing.
 struct TableSnapshot {
@@ -15,6 +17,9 @@ struct TableSnapshot {
     QString indexFile;
     int rows = 0;
     QStringList titles;
+
+    // As it is now. GUI thread.
+    static TableSnapshot of(const ScanModel &model);
 };
 
 // The steps of a save, for worker threads. Each returns the text of what went wrong, empty when
@@ -25,20 +30,29 @@ class TableSave
     Q_DECLARE_TR_FUNCTIONS(TableSave)
 
 public:
+    // Told the percentage that is done whenever it changes.
+    using Progress = std::function<void(int)>;
+
     // The record file as name and the index file beside it, under name's base name.
     static QString dump(const TableSnapshot &table, const QString &name);
 
-    // The titles and one line per passage, joined by ";" and line breaks, without quoting and
-    // without a line break at the end.
+    // The titles and one line per passage, joined by ";" and line breaks, without a line break at
+    // the end. The plain form quotes nothing.
     static QString plainCsv(const TableSnapshot &table, const QString &name);
+    static QString csv(const TableSnapshot &table, const QString &name, const Progress &progress);
 
-    // The photos that are there, from pictureFolder beside the table into that of the other folder,
-    // which exists. One that cannot be copied does not stop the rest; the texts, joined by line
-    // ends.
-    static QString photos(const TableSnapshot &table, const QString &pictureFolder,
-                          const QString &folder);
+    // The photos that are there, from one folder into another, which exists. One that cannot be
+    // copied does not stop the rest; the texts, joined by line ends.
+    static QString photos(const TableSnapshot &table, const QString &from, const QString &to,
+                          const Progress &progress = Progress());
 
     // Each passage in order until the action returns false.
     static QString forEachPassage(const TableSnapshot &table,
-                                  const std::function<bool(const Scan &)> &action);
+                                  const std::function<bool(const Scan &)> &action,
+                                  const Progress &progress = Progress());
+
+private:
+    using Line = std::function<QString(const QStringList &fields)>;
+    static QString lines(const TableSnapshot &table, const QString &name, const Line &line,
+                         const Progress &progress);
 };

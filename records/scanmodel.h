@@ -15,7 +15,8 @@ extern const QString scanModelDateTimeFormat;
 // index suffix. The table creates it empty when missing and only reads it; who writes records
 // writes the index.
 //
-// GUI thread. One row is cached, so a view that asks for all columns and roles of a row reads the
+// The table of a view lives in the GUI thread; a worker may make one of its own over a file that
+// nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads the
 // files once; changing the cached row does not refresh it until another row was read. A row that
 // the index has no entry for shows the identifier of the row read before it.
 class ScanModel : public StructureFileModel<Scan>

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "pages/archivefiles.h"
+
+#include "app/settings.h"
+#include "pages/temporarydata.h"
+#include "records/scanmodel.h"
+#include "records/vasksettings.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+QString ArchiveFiles::record()
+{
+    const Settings *settings = Settings::instance();
+    return settings->absolute(settings->archiveTempFile());
+}
+
+QString ArchiveFiles::folder()
+{
+    const Settings *settings = Settings::instance();
+    return settings->absolute(settings->archiveTempDirectory());
+}
+
+QString ArchiveFiles::photosOf(const QString &table)
+{
+    const QFileInfo file(table);
+    return file.absolutePath() + QLatin1Char('/') + VaskSettings::picFileDir(file.baseName());
+}
+
+void ArchiveFiles::removeArchive()
+{
+    if (Settings::instance() != nullptr) {
+        QFile::remove(record());
+        QFile::remove(ScanModel::indexFileOf(record()));
+    }
+}
+
+void ArchiveFiles::removeAll()
+{
+    if (Settings::instance() != nullptr) {
+        TemporaryData::clear(folder());
+        removeArchive();
+    }
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// Where the Archive page keeps things, by whole paths. Any thread.
+namespace ArchiveFiles
+{
+
+// The temporary archive that downloads add up in.
+QString record();
+QString folder();
+
+// The folder of a table's photos, beside its file and named after it.
+QString photosOf(const QString &table);
+
+// Deletes the temporary archive and its index; or everything that was downloaded. No table is bound
+// to the archive then. Nothing happens without settings.
+void removeArchive();
+void removeAll();
+
+} // namespace ArchiveFiles

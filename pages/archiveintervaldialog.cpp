@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "pages/archiveintervaldialog.h"
+
+#include "ui_archiveintervaldialog.h"
+
+#include <QSignalBlocker>
+
+namespace
+{
+
+constexpr int shortestSeconds = 3600;
+
+} // namespace
+
+ArchiveIntervalDialog::ArchiveIntervalDialog(QWidget *parent)
+    : QDialog(parent)
+    , ui_(std::make_unique<Ui_ArchiveIntervalDialog>())
+{
+    ui_->setupUi(this);
+    clearDates();
+    for (const QDateTimeEdit *edit :
+         {static_cast<QDateTimeEdit *>(ui_->deFrom), static_cast<QDateTimeEdit *>(ui_->teFrom),
+          static_cast<QDateTimeEdit *>(ui_->deTo), static_cast<QDateTimeEdit *>(ui_->teTo)}) {
+        connect(edit, &QDateTimeEdit::dateTimeChanged, this, &ArchiveIntervalDialog::onTimeChanged);
+    }
+}
+
+ArchiveIntervalDialog::~ArchiveIntervalDialog() = default;
+
+bool ArchiveIntervalDialog::allArchive() const
+{
+    return ui_->rbAllArchive->isChecked();
+}
+
+QDateTime ArchiveIntervalDialog::fromTime() const
+{
+    return QDateTime(ui_->deFrom->date(), ui_->teFrom->time());
+}
+
+QDateTime ArchiveIntervalDialog::toTime() const
+{
+    return QDateTime(ui_->deTo->date(), ui_->teTo->time());
+}
+
+void ArchiveIntervalDialog::setFromTime(const QDateTime &time)
+{
+    setTimes(time, toTime());
+}
+
+void ArchiveIntervalDialog::setToTime(const QDateTime &time)
+{
+    setTimes(fromTime(), time);
+}
+
+void ArchiveIntervalDialog::clearDates()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    setTimes(now.addDays(-1), now);
+    ui_->rbAllArchive->setChecked(true);
+}
+
+void ArchiveIntervalDialog::onTimeChanged()
+{
+    const QDateTime from = fromTime();
+    const QDateTime to = toTime();
+    if (from <= to.addSecs(-shortestSeconds)) {
+        return;
+    }
+    if (sender() == ui_->deTo || sender() == ui_->teTo) {
+        setTimes(to.addSecs(-shortestSeconds), to);
+    } else {
+        setTimes(from, from.addSecs(shortestSeconds));
+    }
+}
+
+void ArchiveIntervalDialog::setTimes(const QDateTime &from, const QDateTime &to)
+{
+    const QSignalBlocker blockers[] = {QSignalBlocker(ui_->deFrom), QSignalBlocker(ui_->teFrom),
+                                       QSignalBlocker(ui_->deTo), QSignalBlocker(ui_->teTo)};
+    Q_UNUSED(blockers)
+    if (fromTime() != from) {
+        ui_->deFrom->setDate(from.date());
+        ui_->teFrom->setTime(from.time());
+    }
+    if (toTime() != to) {
+        ui_->deTo->setDate(to.date());
+        ui_->teTo->setTime(to.time());
+    }
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "pages/tableload.h"
+
+#include "net/socketwait.h"
+#include "records/csv.h"
+#include "records/passagecsv.h"
+#include "records/recordfile.h"
+#include "records/scanmodel.h"
+
+#include <QFile>
+
+namespace
+{
+
+// A passage's line is some 200 bytes; what is longer is no table.
+constexpr qint64 longestLine = 64 * 1024;
+
+QString readPassages(QFile &source, RecordFile &records, const std::function<void(int)> &progress)
+{
+    const CSV codec;
+    int shown = -1;
+    source.readLine(longestLine); // the titles
+    while (!source.atEnd()) {
+        if (SocketWait::interrupted()) {
+            return TableLoad::tr("Interrupted");
+        }
+        const QStringList fields =
+            codec.decodeRecord(QString::fromLocal8Bit(source.readLine(longestLine)));
+        const bool blank = fields.size() == 1 && fields.first().isEmpty();
+        if (!blank && !records.append(PassageCsv::scan(fields).data())) {
+            return records.errorString();
+        }
+        const int percent = static_cast<int>(source.pos() * 100 / qMax<qint64>(1, source.size()));
+        if (percent != shown) {
+            shown = percent;
+            progress(shown);
+        }
+    }
+    return QString();
+}
+
+} // namespace
+
+QString TableLoad::refusal(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) ? QString()
+                                                                     : file.errorString();
+}
+
+QString TableLoad::csv(const QString &source, const QString &recordFile,
+                       const std::function<void(int)> &progress)
+{
+    QFile file(source);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return file.errorString();
+    }
+    RecordFile records(recordFile, Scan::size);
+    if (!records.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
+        return records.errorString();
+    }
+    QFile::remove(ScanModel::indexFileOf(recordFile));
+    const QString error = readPassages(file, records, progress);
+    if (!error.isEmpty()) {
+        QFile::resize(recordFile, 0);
+    }
+    return error;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <functional>
+
+// Reading tables of passages from files that the operator chose, for worker threads. Each step
+// returns the text of what went wrong, empty when nothing did.
+class TableLoad
+{
+    Q_DECLARE_TR_FUNCTIONS(TableLoad)
+
+public:
+    // Why a table cannot be bound to this file: it is not there, or not to be written (tables write
+    // through to their files).
+    static QString refusal(const QString &name);
+
+    // Replaces the passages of the record file by those of a CSV file, and removes the index, which
+    // a CSV file does not have. No table is bound to the record file meanwhile. A source that
+    // cannot be read leaves both alone; after any other failure, and when the thread was
+    // interrupted, the record file is empty. progress is called with the percentage read.
+    static QString csv(const QString &source, const QString &recordFile,
+                       const std::function<void(int)> &progress);
+};
