@@ -17,6 +17,10 @@ ArchiveIntervalDialog::ArchiveIntervalDialog(QWidget *parent)
     , ui_(std::make_unique<Ui_ArchiveIntervalDialog>())
 {
     ui_->setupUi(this);
+    // Made with its page, before the program's look is set; the plain look's buttons have icons.
+    for (QAbstractButton *button : ui_->buttonBox->buttons()) {
+        button->setIcon(QIcon());
+    }
     clearDates();
     for (const QDateTimeEdit *edit :
          {static_cast<QDateTimeEdit *>(ui_->deFrom), static_cast<QDateTimeEdit *>(ui_->teFrom),

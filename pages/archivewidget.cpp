@@ -238,9 +238,7 @@ void ArchiveWidget::setTable(const QString &name)
         tableName_ = name;
         shownRow_ = -1; // the row of this number is another passage
     }
-    filter_->proxy()->setSourceModel(nullptr);
-    model_->setFileName(name);
-    filter_->proxy()->setSourceModel(model_);
+    filter_->rebind(ui_->tableViewArchive, [&] { model_->setFileName(name); });
     ui_->buttonSave->setEnabled(model_->rowCount() > 0);
     modelDataChanged();
     handover_.done(name);

@@ -2,9 +2,11 @@
 #include "pages/numberfilter.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSortFilterProxyModel>
+#include <QTableView>
 
 NumberFilter::NumberFilter(const Widgets &widgets, int numberColumn, QObject *parent)
     : QObject(parent)
@@ -17,6 +19,17 @@ NumberFilter::NumberFilter(const Widgets &widgets, int numberColumn, QObject *pa
     proxy_->setDynamicSortFilter(true);
     proxy_->setFilterKeyColumn(numberColumn);
     enable(widgets_.on->checkState());
+}
+
+void NumberFilter::rebind(const QTableView *view, const std::function<void()> &bind)
+{
+    QHeaderView *header = view->horizontalHeader();
+    const QByteArray columns = header->saveState();
+    QAbstractItemModel *model = proxy_->sourceModel();
+    proxy_->setSourceModel(nullptr);
+    bind();
+    proxy_->setSourceModel(model);
+    header->restoreState(columns);
 }
 
 void NumberFilter::enable(int state)

@@ -7,11 +7,13 @@
 #include <QRegExpValidator>
 
 #include <array>
+#include <functional>
 
 class QCheckBox;
 class QLineEdit;
 class QRadioButton;
 class QSortFilterProxyModel;
+class QTableView;
 
 // The filter group of a page: a check box that switches it on, what the operator types, and in
 // which of three ways it is meant. Switched off, the table shows every row.
@@ -34,6 +36,9 @@ public:
     NumberFilter(const Widgets &widgets, int numberColumn, QObject *parent);
 
     QSortFilterProxyModel *proxy() const { return proxy_; }
+
+    // Binds the table's model anew while the proxy does not look; the view keeps its columns.
+    void rebind(const QTableView *view, const std::function<void()> &bind);
 
     // As the check box tells it.
     void enable(int state);
