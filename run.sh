@@ -61,6 +61,7 @@ start_device() {
     log=$demo/$2.log
     "$simulator" --address "$1" --online-port 3333 --file-port 5058 --id "$2" --seed "$3" \
         --rate 0.4 --unknown 0.2 --unreadable 0.1 --manual 0.05 --card 0.05 --late-photos 0.1 \
+        --archive 5000 --archive-step 121 \
         >"$log" 2>&1 </dev/null &
     process=$!
     devices="$devices $process"
