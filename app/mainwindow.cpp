@@ -91,7 +91,7 @@ void MainWindow::showOnLine()
 void MainWindow::customEvent(QEvent *event)
 {
     if (event->type() == EventNumber::Suffered) {
-        suffered_->insertRecord(static_cast<SufferedEvent *>(event)->access());
+        suffered_->appendSufferedRecord(static_cast<SufferedEvent *>(event)->access());
     }
 }
 

@@ -1,23 +1,489 @@
 // SPDX-License-Identifier: MIT
 #include "pages/sufferednumberswidget.h"
 
+#include "app/addressdialog.h"
+#include "app/errorbrowser.h"
+#include "app/settings.h"
 #include "app/shellaccess.h"
+#include "net/socketwait.h"
+#include "pages/accessfiles.h"
+#include "pages/accesstransfer.h"
 #include "pages/devicetitle.h"
+#include "pages/dumpfolder.h"
+#include "pages/numberfilter.h"
+#include "pages/tablefiledialog.h"
+#include "pages/tableload.h"
+#include "records/accessmodel.h"
+#include "records/vasksettings.h"
+#include "ui_sufferednumberswidget.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSortFilterProxyModel>
+#include <QTemporaryDir>
+
+#include <algorithm>
 
 SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
     : QWidget(parent)
+    , ui_(std::make_unique<Ui_SufferedNumbersWidgetClass>())
+    , editor_(ui_.get())
+    , handover_([this](const QString &name) { setTable(name); },
+                [this](const QString &name) { Q_EMIT setTableThreaded(name); })
+    , runner_(this)
 {
+    ui_->setupUi(this);
+    createTable();
+    editor_.clear();
+    wire();
+    wireEditor();
+    start(&SufferedNumbersWidget::loadTableFromDatFile, AccessFiles::ownList(),
+          &SufferedNumbersWidget::saveThreadFinished);
 }
 
-void SufferedNumbersWidget::loadTableFromNet(const QString &) {}
-
-int SufferedNumbersWidget::insertRecord(const Access &)
+SufferedNumbersWidget::~SufferedNumbersWidget()
 {
-    return -1;
+    handover_.close();
+    runner_.stop();
+}
+
+void SufferedNumbersWidget::createTable()
+{
+    model_ = new AccessModel(this);
+    filter_ =
+        new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
+                          ui_->radioButtonNotRegionalSymbols, ui_->radioButtonNotRegionalNumbers},
+                         AccessModel::NumberColumn, this);
+    filter_->proxy()->setSourceModel(model_);
+    ui_->tableViewSuffered->setModel(filter_->proxy());
+    const QString title = tr("Append to Vask");
+    menu_ = new QMenu(title, ui_->tableViewSuffered);
+    connect(menu_->addAction(title), &QAction::triggered, this,
+            &SufferedNumbersWidget::appendToVask);
+}
+
+void SufferedNumbersWidget::wire()
+{
+    connect(ui_->buttonNewTable, &QPushButton::clicked, this, &SufferedNumbersWidget::newTable);
+    connect(ui_->buttonLoadFromNetwork, &QPushButton::clicked, this,
+            qOverload<>(&SufferedNumbersWidget::loadTableFromNet));
+    connect(ui_->buttonSaveToNetwork, &QPushButton::clicked, this,
+            &SufferedNumbersWidget::saveTableToNet);
+    connect(ui_->buttonLoad, &QPushButton::clicked, this,
+            &SufferedNumbersWidget::loadTableFromFile);
+    connect(ui_->buttonSave, &QPushButton::clicked, this, &SufferedNumbersWidget::saveTableToFile);
+    connect(ui_->checkBoxFilter, &QCheckBox::stateChanged, this,
+            &SufferedNumbersWidget::enableFilter);
+    connect(ui_->lineEditFilter, &QLineEdit::textChanged, this, &SufferedNumbersWidget::setFilter);
+    for (const QRadioButton *mode : {ui_->radioButtonFull, ui_->radioButtonNotRegionalSymbols,
+                                     ui_->radioButtonNotRegionalNumbers}) {
+        connect(mode, &QRadioButton::clicked, this, &SufferedNumbersWidget::setFilter);
+    }
+    connect(this, &SufferedNumbersWidget::setTableThreaded, this, &SufferedNumbersWidget::setTable);
+}
+
+void SufferedNumbersWidget::wireEditor()
+{
+    const QTableView *table = ui_->tableViewSuffered;
+    connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &SufferedNumbersWidget::showRecord);
+    connect(table, &QTableView::activated, this, &SufferedNumbersWidget::showRecord);
+    connect(table, &QTableView::clicked, this, &SufferedNumbersWidget::showRecord);
+    connect(table, &QTableView::customContextMenuRequested, this,
+            &SufferedNumbersWidget::menuRequested);
+    connect(ui_->buttonNew, &QPushButton::clicked, this, &SufferedNumbersWidget::newRecord);
+    connect(ui_->buttonDelete, &QPushButton::clicked, this, &SufferedNumbersWidget::deleteRecord);
+    connect(ui_->buttonApply, &QPushButton::clicked, this, &SufferedNumbersWidget::applyRecord);
+}
+
+SufferedNumbersWidget::Runner::Job *SufferedNumbersWidget::start(Runner::Job::Method method,
+                                                                 const QString &argument,
+                                                                 Runner::Finish finish)
+{
+    return runner_.run(method, argument, finish, [this] {
+        jobList_ = model_->fileName();
+        jobTitles_ = titles();
+        ui_->stackedWidget->setCurrentWidget(ui_->busyPage);
+    });
+}
+
+QString SufferedNumbersWidget::askDevice()
+{
+    AddressDialog dialog(this);
+    dialog.exec();
+    return dialog.result();
+}
+
+void SufferedNumbersWidget::loadTableFromNet()
+{
+    loadTableFromNet(QString());
+}
+
+void SufferedNumbersWidget::loadTableFromNet(const QString &host)
+{
+    const QString device = host.isEmpty() ? askDevice() : host;
+    if (!device.isEmpty()) {
+        start(&SufferedNumbersWidget::getTableFromNetwork, device,
+              &SufferedNumbersWidget::loadThreadFinished);
+    }
+}
+
+QString SufferedNumbersWidget::getTableFromNetwork(QString host)
+{
+    const QTemporaryDir downloads;
+    const QString fetched = downloads.filePath(QStringLiteral("list"));
+    const QString failure = AccessTransfer(host).fetch(fetched);
+    if (!failure.isEmpty()) {
+        origin_.set(tr("local"));
+        return failure;
+    }
+    const QString list = AccessFiles::ownList();
+    const QString before = listOfJob();
+    if (!handover_.rebind(QString())) {
+        return QString(); // closing
+    }
+    const QString error = AccessFiles::copy(fetched, list);
+    handover_.rebind(error.isEmpty() ? list : before);
+    if (error.isEmpty()) {
+        origin_.set(host);
+    }
+    return error;
+}
+
+void SufferedNumbersWidget::saveTableToNet()
+{
+    const QString device = askDevice();
+    if (!device.isEmpty()) {
+        start(&SufferedNumbersWidget::putTableToNetwork, device,
+              &SufferedNumbersWidget::saveThreadFinished);
+    }
+}
+
+QString SufferedNumbersWidget::putTableToNetwork(QString host)
+{
+    const QString error = AccessTransfer(host).send(listOfJob());
+    if (error.isEmpty()) {
+        reloadVaskPassbase(host);
+        origin_.set(host);
+    }
+    return error;
+}
+
+void SufferedNumbersWidget::reloadVaskPassbase(const QString &host)
+{
+    AccessTransfer::reload(host);
+}
+
+void SufferedNumbersWidget::appendToVask()
+{
+    if (currentRow() < 0) {
+        return;
+    }
+    const Access entry = model_->value(currentRow());
+    const QString device = askDevice();
+    if (device.isEmpty()) {
+        return;
+    }
+    jobEntry_ = entry;
+    const QObject *job = start(&SufferedNumbersWidget::appendRecordToVask, device, nullptr);
+    // There is no such slot, so nothing turns back from the busy face; existing panels do so.
+    connect(job, SIGNAL(finished()), this, SLOT(threadFinished()));
+}
+
+QString SufferedNumbersWidget::appendRecordToVask(QString host)
+{
+    const QString error = AccessTransfer(host).append(jobEntry_);
+    if (error.isEmpty()) {
+        reloadVaskPassbase(host);
+    }
+    return error;
+}
+
+void SufferedNumbersWidget::loadThreadFinished()
+{
+    showResult();
+}
+
+void SufferedNumbersWidget::saveThreadFinished()
+{
+    showResult();
+}
+
+void SufferedNumbersWidget::showResult()
+{
+    ErrorBrowser::jobError(runner_.result(), this);
+    ui_->stackedWidget->setCurrentWidget(ui_->basePage);
+    refreshDeviceString();
+}
+
+void SufferedNumbersWidget::setTable(const QString &name)
+{
+    filter_->rebind(ui_->tableViewSuffered, [&] { model_->setFileName(name); });
+    handover_.done(name);
+}
+
+int SufferedNumbersWidget::currentRow() const
+{
+    const QModelIndex current = ui_->tableViewSuffered->currentIndex();
+    return current.isValid() ? filter_->proxy()->mapToSource(current).row() : -1;
+}
+
+void SufferedNumbersWidget::showRecord(const QModelIndex &index)
+{
+    if (!index.isValid()) {
+        return; // what the operator has typed stays
+    }
+    if (index != ui_->tableViewSuffered->currentIndex()) {
+        ui_->tableViewSuffered->setCurrentIndex(index); // which announces it
+        return;
+    }
+    editor_.show(model_->value(currentRow()));
+}
+
+void SufferedNumbersWidget::newRecord()
+{
+    if (model_->rowCount() >= AccessModel::mostEntries) {
+        return;
+    }
+    Access access;
+    access.setId(static_cast<qint16>(model_->rowCount()));
+    editor_.takeTexts(&access);
+    const int row = insertRecord(access);
+    if (row < 0) {
+        reportFailedInsertion();
+        return;
+    }
+    showRecord(filter_->proxy()->mapFromSource(model_->index(row, AccessModel::IdColumn)));
+}
+
+void SufferedNumbersWidget::applyRecord()
+{
+    const int row = currentRow();
+    if (row < 0) {
+        return;
+    }
+    Access access = model_->value(row);
+    editor_.takeTexts(&access);
+    editor_.takeTimes(&access);
+    if (!model_->setValue(row, access)) {
+        ErrorBrowser::error(tr("Error"), tr("Can't store the record"), this);
+    }
+}
+
+void SufferedNumbersWidget::deleteRecord()
+{
+    QVector<int> rows;
+    const QModelIndexList selected = ui_->tableViewSuffered->selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected) {
+        rows.append(filter_->proxy()->mapToSource(index).row());
+    }
+    if (rows.isEmpty() ||
+        QMessageBox::warning(this, windowTitle(), tr("Do you want to remove this records?"),
+                             QMessageBox::Ok, QMessageBox::Cancel) == QMessageBox::Cancel) {
+        return;
+    }
+    // From the last one on, so that the others keep their places.
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    for (const int row : qAsConst(rows)) {
+        if (!model_->removeRows(row, row)) {
+            ErrorBrowser::error(tr("Error"), tr("Can't remove row"), this);
+            return;
+        }
+    }
+}
+
+int SufferedNumbersWidget::insertRecord(const Access &access)
+{
+    return model_->append(access) ? model_->rowCount() - 1 : -1;
+}
+
+void SufferedNumbersWidget::appendSufferedRecord(const Access &access)
+{
+    runner_.afterwards([this, access] {
+        if (insertRecord(access) < 0) {
+            reportFailedInsertion();
+        }
+    });
+}
+
+void SufferedNumbersWidget::reportFailedInsertion()
+{
+    ErrorBrowser::error(tr("Error"), tr("Can't add the record"), this);
+}
+
+void SufferedNumbersWidget::clearTable(bool removeFile)
+{
+    handover_.rebind(QString());
+    origin_.set(QString());
+    if (removeFile) {
+        QFile::remove(AccessFiles::ownList());
+    }
+    // At once in the GUI thread; for a job before its finish slot.
+    QMetaObject::invokeMethod(this, [this] {
+        editor_.clear();
+        refreshDeviceString();
+    });
+}
+
+void SufferedNumbersWidget::newTable()
+{
+    const QString name = tr("accessbase_%1%2")
+                             .arg(QDateTime::currentDateTime().toString(VaskSettings::dateFormat()),
+                                  VaskSettings::accessbaseSuffix());
+    start(&SufferedNumbersWidget::createTableFile,
+          QDir(Settings::instance()->absoluteWorkingDirectory()).filePath(name),
+          &SufferedNumbersWidget::loadThreadFinished);
+}
+
+QString SufferedNumbersWidget::createTableFile(QString name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadWrite)) {
+        return file.errorString();
+    }
+    file.close();
+    handover_.rebind(name);
+    origin_.set(tr("local"));
+    return QString();
+}
+
+void SufferedNumbersWidget::loadTableFromFile()
+{
+    const TableFileDialog dialog(this, tr("Open suffered table from file"),
+                                 Settings::instance()->lastLoadedSufferedFile(),
+                                 VaskSettings::accessbaseSuffix());
+    const auto [name, isCsv] = dialog.load();
+    if (!name.isEmpty()) {
+        start(isCsv ? &SufferedNumbersWidget::loadTableFromCSVFile
+                    : &SufferedNumbersWidget::loadTableFromDatFile,
+              name, &SufferedNumbersWidget::loadThreadFinished);
+    }
+}
+
+QString SufferedNumbersWidget::loadTableFromDatFile(QString name)
+{
+    // The panel's own list is made when it is not there yet, and nobody chose its folder.
+    if (name != AccessFiles::ownList()) {
+        const QString error = TableLoad::refusal(name);
+        if (!error.isEmpty()) {
+            return error;
+        }
+        Settings::instance()->setLastLoadedSufferedFile(QFileInfo(name).absolutePath());
+    }
+    handover_.rebind(name);
+    origin_.set(tr("local"));
+    return QString();
+}
+
+QString SufferedNumbersWidget::loadTableFromCSVFile(QString name)
+{
+    const QString list = AccessFiles::ownList();
+    const QString before = listOfJob();
+    if (!handover_.rebind(QString())) {
+        return QString(); // closing
+    }
+    const QString error = AccessFiles::loadCsv(name, list);
+    handover_.rebind(error.isEmpty() ? list : before);
+    if (error.isEmpty()) {
+        Settings::instance()->setLastLoadedSufferedFile(QFileInfo(name).absolutePath());
+        origin_.set(tr("local"));
+    }
+    return error;
+}
+
+void SufferedNumbersWidget::saveTableToFile()
+{
+    const TableFileDialog dialog(this, tr("Save suffered table to file"),
+                                 Settings::instance()->lastSavedSufferedFile(),
+                                 VaskSettings::accessbaseSuffix());
+    const auto [name, isCsv] = dialog.save(TableFileDialog::First::Dump);
+    if (!name.isEmpty()) {
+        start(isCsv ? &SufferedNumbersWidget::saveTableToCSVFile
+                    : &SufferedNumbersWidget::saveTableToDatFile,
+              name, &SufferedNumbersWidget::saveThreadFinished);
+    }
+}
+
+QString SufferedNumbersWidget::saveTableToDatFile(QString name)
+{
+    const QString error = AccessFiles::copy(listOfJob(), name);
+    if (error.isEmpty()) {
+        Settings::instance()->setLastSavedSufferedFile(QFileInfo(name).absolutePath());
+    }
+    return error;
+}
+
+QString SufferedNumbersWidget::saveTableToCSVFile(QString name)
+{
+    const bool inJob = QThread::currentThread() != thread();
+    const QString error = AccessFiles::saveCsv(listOfJob(), inJob ? jobTitles_ : titles(), name);
+    if (error.isEmpty()) {
+        Settings::instance()->setLastSavedSufferedFile(QFileInfo(name).absolutePath());
+    }
+    return error;
+}
+
+QString SufferedNumbersWidget::saveTableToDatFileAndClear(QString name)
+{
+    QString dump;
+    const QString error = DumpFolder::make(name, &dump);
+    if (error.isEmpty()) {
+        saveTableToDatFile(dump);
+    }
+    clearTable(true);
+    return error;
+}
+
+QString SufferedNumbersWidget::listOfJob() const
+{
+    return QThread::currentThread() == thread() ? model_->fileName() : jobList_;
+}
+
+QStringList SufferedNumbersWidget::titles() const
+{
+    QStringList all;
+    for (int column = 0; column < AccessModel::columns; ++column) {
+        all << model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    }
+    return all;
+}
+
+void SufferedNumbersWidget::menuRequested(const QPoint &position)
+{
+    menu_->popup(ui_->tableViewSuffered->viewport()->mapToGlobal(position));
+}
+
+void SufferedNumbersWidget::enableFilter(int state)
+{
+    filter_->enable(state);
+}
+
+void SufferedNumbersWidget::setFilter()
+{
+    filter_->apply();
+}
+
+void SufferedNumbersWidget::setDeviceString()
+{
+    ShellAccess::showDeviceName(DeviceTitle::device(tr("Suffered numbers"), origin_.get()));
+}
+
+void SufferedNumbersWidget::refreshDeviceString()
+{
+    if (isVisible()) {
+        setDeviceString();
+    }
 }
 
 void SufferedNumbersWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    ShellAccess::showDeviceName(DeviceTitle::plain(tr("Suffered numbers")));
+    const QString time = TableColumns::widestTime(accessModelDateTimeFormat);
+    columns_.fit(ui_->tableViewSuffered, {{AccessModel::IdColumn, QStringLiteral("0000")},
+                                          {AccessModel::NumberColumn, QStringLiteral("M000MM000")},
+                                          {AccessModel::FromColumn, time},
+                                          {AccessModel::TillColumn, time}});
+    setDeviceString();
 }

@@ -15,31 +15,33 @@ namespace
 // A passage's line is some 200 bytes; what is longer is no table.
 constexpr qint64 longestLine = 64 * 1024;
 
-QString readPassages(QFile &source, RecordFile &records, const std::function<void(int)> &progress)
+} // namespace
+
+QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &progress)
 {
     const CSV codec;
     int shown = -1;
     source.readLine(longestLine); // the titles
     while (!source.atEnd()) {
         if (SocketWait::interrupted()) {
-            return TableLoad::tr("Interrupted");
+            return tr("Interrupted");
         }
         const QStringList fields =
             codec.decodeRecord(QString::fromLocal8Bit(source.readLine(longestLine)));
-        const bool blank = fields.size() == 1 && fields.first().isEmpty();
-        if (!blank && !records.append(PassageCsv::scan(fields).data())) {
-            return records.errorString();
+        if (fields.size() > 1 || !fields.first().isEmpty()) {
+            const QString error = take(fields);
+            if (!error.isEmpty()) {
+                return error;
+            }
         }
         const int percent = static_cast<int>(source.pos() * 100 / qMax<qint64>(1, source.size()));
-        if (percent != shown) {
+        if (progress && percent != shown) {
             shown = percent;
             progress(shown);
         }
     }
     return QString();
 }
-
-} // namespace
 
 QString TableLoad::refusal(const QString &name)
 {
@@ -48,8 +50,7 @@ QString TableLoad::refusal(const QString &name)
                                                                      : file.errorString();
 }
 
-QString TableLoad::csv(const QString &source, const QString &recordFile,
-                       const std::function<void(int)> &progress)
+QString TableLoad::csv(const QString &source, const QString &recordFile, const Progress &progress)
 {
     QFile file(source);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -60,7 +61,10 @@ QString TableLoad::csv(const QString &source, const QString &recordFile,
         return records.errorString();
     }
     QFile::remove(ScanModel::indexFileOf(recordFile));
-    const QString error = readPassages(file, records, progress);
+    const auto append = [&records](const QStringList &fields) {
+        return records.append(PassageCsv::scan(fields).data()) ? QString() : records.errorString();
+    };
+    const QString error = lines(file, append, progress);
     if (!error.isEmpty()) {
         QFile::resize(recordFile, 0);
     }

@@ -29,8 +29,12 @@ int RecordFile::count() const
 
 bool RecordFile::read(int record, char *bytes)
 {
-    return file_.seek(qint64(record) * recordSize_) &&
-           file_.read(bytes, recordSize_) == recordSize_;
+    return readPart(record, 0, recordSize_, bytes);
+}
+
+bool RecordFile::readPart(int record, int offset, int size, char *bytes)
+{
+    return file_.seek(qint64(record) * recordSize_ + offset) && file_.read(bytes, size) == size;
 }
 
 bool RecordFile::write(int record, const char *bytes)

@@ -20,6 +20,8 @@ public:
 
     int count() const;
     bool read(int record, char *bytes);
+    // Only these bytes of the record.
+    bool readPart(int record, int offset, int size, char *bytes);
     bool write(int record, const char *bytes);
 
     // As the record behind the last whole one, or not at all: what a failed write left is cut off

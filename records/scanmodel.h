@@ -16,9 +16,9 @@ extern const QString scanModelDateTimeFormat;
 // writes the index.
 //
 // The table of a view lives in the GUI thread; a worker may make one of its own over a file that
-// nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads the
-// files once; changing the cached row does not refresh it until another row was read. A row that
-// the index has no entry for shows the identifier of the row read before it.
+// nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads
+// the files once; changing the cached row does not refresh it until another row was read. A row
+// that the index has no entry for shows the identifier of the row read before it.
 class ScanModel : public StructureFileModel<Scan>
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "records/record.h"
 #include "records/recordfile.h"
 
 #include <QAbstractItemModel>
@@ -209,6 +210,18 @@ public:
 
     Iterator begin() const { return Iterator(this, 0); }
     Iterator end() const { return Iterator(this, rowCount()); }
+
+protected:
+    // One field of a row, in its place in an otherwise default record.
+    T partOf(int row, const RecordField &field) const
+    {
+        T record;
+        if (row >= 0 && row < rowCount()) {
+            file_->readPart(row, static_cast<int>(field.offset), static_cast<int>(field.size),
+                            record.data() + field.offset);
+        }
+        return record;
+    }
 
 private:
     void announceChange(int row)

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "pages/accessfiles.h"
+
+#include "app/settings.h"
+#include "pages/photofiles.h"
+#include "pages/tableload.h"
+#include "pages/wholefile.h"
+#include "records/accesscsv.h"
+#include "records/csv.h"
+#include "records/recordfile.h"
+
+QString AccessFiles::ownList()
+{
+    const Settings *settings = Settings::instance();
+    return settings->absolute(settings->sufferedTempFile());
+}
+
+QString AccessFiles::copy(const QString &list, const QString &name)
+{
+    if (PhotoFiles::isSameFile(list, name)) {
+        return tr("Destination file exists");
+    }
+    WholeFile file(name);
+    const QString error = file.copyBeginning(list, QFile(list).size());
+    return error.isEmpty() ? file.commit() : error;
+}
+
+QString AccessFiles::saveCsv(const QString &list, const QStringList &titles, const QString &name)
+{
+    if (PhotoFiles::isSameFile(list, name)) {
+        return tr("Destination file exists");
+    }
+    RecordFile entries(list, Access::size);
+    if (!entries.open(QIODevice::ReadOnly)) {
+        return entries.errorString();
+    }
+    const CSV codec;
+    QByteArray text = titles.join(QLatin1Char(';')).toLocal8Bit();
+    Access access;
+    for (int row = 0; row < entries.count(); ++row) {
+        if (!entries.read(row, access.data())) {
+            return entries.errorString();
+        }
+        text += '\n' + codec.encodeRecord(AccessCsv::fields(access)).toLocal8Bit();
+    }
+    WholeFile file(name);
+    QString error = file.open();
+    if (error.isEmpty()) {
+        error = file.write(text);
+    }
+    return error.isEmpty() ? file.commit() : error;
+}
+
+QString AccessFiles::loadCsv(const QString &source, const QString &list)
+{
+    QFile from(source);
+    if (!from.open(QIODevice::ReadOnly)) {
+        return from.errorString();
+    }
+    WholeFile file(list);
+    QString error = file.open();
+    if (error.isEmpty()) {
+        error = TableLoad::lines(from, [&file](const QStringList &fields) {
+            return file.write(QByteArray(AccessCsv::access(fields).data(), Access::size));
+        });
+    }
+    return error.isEmpty() ? file.commit() : error;
+}

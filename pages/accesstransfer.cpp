@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "pages/accesstransfer.h"
+
+#include "app/settings.h"
+#include "net/devicecommand.h"
+#include "net/getfile.h"
+#include "net/putfile.h"
+#include "net/socketwait.h"
+#include "records/accessmodel.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+namespace
+{
+
+constexpr int reloadMsec = 3000;
+// For so long the command goes on when the panel is closed: the list has been sent, and half a
+// second later it would be in force.
+constexpr int lastTryMsec = 1000;
+
+QString remotePath()
+{
+    return Settings::instance()->vaskSufferedPath();
+}
+
+} // namespace
+
+AccessTransfer::AccessTransfer(const QString &host)
+    : host_(host)
+{
+}
+
+QString AccessTransfer::busyText()
+{
+    return tr("Vask is busy now. Please try again later.");
+}
+
+bool AccessTransfer::isWhole(const QString &file)
+{
+    return QFileInfo(file).size() % Access::size == 0;
+}
+
+QString AccessTransfer::fetch(const QString &file) const
+{
+    GetFile get(host_, file, nullptr);
+    if (get(remotePath())) {
+        return isWhole(file) ? QString() : busyText();
+    }
+    // The transfer has one text for all refusals; the device's own line tells them apart.
+    const QString refusal =
+        QString::fromLocal8Bit(get.answer()).remove(QStringLiteral("Error=")).trimmed();
+    return refusal == QLatin1String("Can't open file") ? tr("No access base on Vask find out")
+                                                       : busyText();
+}
+
+QString AccessTransfer::send(const QString &file) const
+{
+    PutFile put(host_, file, nullptr);
+    return put(remotePath()) ? QString() : busyText();
+}
+
+QString AccessTransfer::append(const Access &access) const
+{
+    QTemporaryFile file(QDir::temp().filePath(QStringLiteral("passbase")));
+    if (!file.open()) {
+        return file.errorString();
+    }
+    file.close();
+    GetFile get(host_, file.fileName(), nullptr);
+    if (!get(remotePath())) {
+        return get.transferError();
+    }
+    if (!isWhole(file.fileName())) {
+        return busyText();
+    }
+    // Unbound before the upload reads it.
+    if (!AccessModel(file.fileName(), nullptr).append(access)) {
+        return tr("The access list of the device is full");
+    }
+    PutFile put(host_, file.fileName(), nullptr);
+    return put(remotePath()) ? QString() : put.transferError();
+}
+
+void AccessTransfer::reload(const QString &host)
+{
+    QElapsedTimer clock;
+    clock.start();
+    const auto over = [&clock] {
+        return SocketWait::interrupted() && clock.hasExpired(lastTryMsec);
+    };
+    QTcpSocket socket;
+    const auto port = static_cast<quint16>(Settings::instance()->vaskParkingPort());
+    if (SocketWait::connectToHost(socket, host, port, reloadMsec, over) ==
+        SocketWait::Outcome::Connected) {
+        socket.write(&DeviceCommand::reloadAccessList, 1);
+        SocketWait::close(socket, reloadMsec, over);
+    }
+}
