@@ -369,12 +369,13 @@ QString ArchiveWidget::loadTableFromDatFile(QString name)
 
 QString ArchiveWidget::loadTableFromCSVFile(QString name)
 {
+    const QString before = tableOfJob().recordFile;
     if (!handover_.rebind(QString())) {
         return QString(); // closing
     }
     const QString error = TableLoad::csv(name, ArchiveFiles::record(),
                                          [this](int percent) { postProgress(percent); });
-    handover_.rebind(ArchiveFiles::record());
+    handover_.rebind(error.isEmpty() ? ArchiveFiles::record() : before);
     if (error.isEmpty()) {
         Settings::instance()->setLastLoadedArchiveFile(folderOf(name));
         origin_.set(tr("local"));
