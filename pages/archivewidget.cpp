@@ -7,9 +7,9 @@
 #include "app/shellaccess.h"
 #include "net/events.h"
 #include "net/socketwait.h"
-#include "pages/archivefiles.h"
 #include "pages/archiveintervaldialog.h"
 #include "pages/devicetitle.h"
+#include "pages/dumpfolder.h"
 #include "pages/numberfilter.h"
 #include "pages/passagedetails.h"
 #include "pages/passagetable.h"
@@ -21,7 +21,6 @@
 #include "records/vasksettings.h"
 #include "ui_archivewidget.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
@@ -66,12 +65,10 @@ ArchiveWidget::~ArchiveWidget()
 void ArchiveWidget::createTable()
 {
     model_ = new ScanModel(this);
-    filter_ =
-        new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
-                          ui_->radioButtonNotRegionalSymbols, ui_->radioButtonNotRegionalNumbers},
-                         ScanModel::NumberColumn, this);
-    filter_->proxy()->setSourceModel(model_);
-    ui_->tableViewArchive->setModel(filter_->proxy());
+    filter_ = new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
+                                ui_->radioButtonNotRegionalSymbols,
+                                ui_->radioButtonNotRegionalNumbers, ui_->tableViewArchive},
+                               model_, PassageTable::numbersOf(model_), this);
     menu_ = PassageTable::createMenu(ui_->tableViewArchive, [this] { addToSuffered(); });
 }
 
@@ -100,6 +97,7 @@ void ArchiveWidget::wireTable()
     connect(table, &QTableView::activated, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::clicked, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::customContextMenuRequested, this, &ArchiveWidget::menuRequested);
+    connect(filter_, &NumberFilter::filtered, this, &ArchiveWidget::modelDataChanged);
     connect(model_, &QAbstractItemModel::modelReset, this, &ArchiveWidget::modelDataChanged);
     connect(this, &ArchiveWidget::setTableThreaded, this, &ArchiveWidget::setTable);
 }
@@ -136,6 +134,8 @@ bool ArchiveWidget::askInterval()
     if (lastFrom_.isValid() && lastTo_.isValid()) {
         interval_->setFromTime(lastFrom_);
         interval_->setToTime(lastTo_);
+    } else {
+        interval_->clearDates(); // the panel may have been on for days
     }
     interval_->adjustSize();
     interval_->move(mapToGlobal(rect().center()) - interval_->rect().center());
@@ -151,8 +151,7 @@ void ArchiveWidget::beginDownload(const ArchiveRequest &request)
         lastTo_ = request.to;
     }
     if (!adds) {
-        clearTempData();
-        setTable(ArchiveFiles::record());
+        setTable(QString());
     }
     request_ = request;
     request_.from = lastFrom_;
@@ -176,6 +175,9 @@ void ArchiveWidget::beginJob()
 
 QString ArchiveWidget::getTableFromNetwork(QString host)
 {
+    if (request_.rows == 0 && !beginArchive()) {
+        return QString();
+    }
     request_.host = host;
     ArchiveDownload download(request_);
     QString error = download.fetch();
@@ -190,7 +192,8 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
     if (!error.isEmpty() || SocketWait::interrupted()) {
         return error;
     }
-    if (!createPhotoDirs(ArchiveFiles::folder(), QString()).isEmpty()) {
+    const QFileInfo archive(request_.recordFile);
+    if (!createPhotoDirs(archive.absolutePath(), archive.baseName()).isEmpty()) {
         return tr("Vask is busy now. Please try again later.");
     }
     if (download.photos(ArchiveFiles::photosOf(request_.recordFile),
@@ -198,6 +201,15 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
         origin_.set(host);
     }
     return QString();
+}
+
+// Deleting a hundred thousand photos takes its time. False when it was called off.
+bool ArchiveWidget::beginArchive()
+{
+    if (tableOfJob().recordFile.isEmpty()) {
+        clearTempData();
+    }
+    return handover_.rebind(request_.recordFile) && !SocketWait::interrupted();
 }
 
 void ArchiveWidget::finishThread()
@@ -209,6 +221,10 @@ void ArchiveWidget::threadFinished()
 {
     ErrorBrowser::jobError(runner_.result(), this);
     ui_->stackedWidget->setCurrentWidget(ui_->basePage);
+    if (focusWidget() == ui_->cancelProgress) {
+        ui_->tableViewArchive->setFocus(); // while another page is shown the focus stays behind
+    }
+    modelDataChanged(); // its photo may have come
     refreshDeviceString();
 }
 
@@ -238,7 +254,7 @@ void ArchiveWidget::setTable(const QString &name)
         tableName_ = name;
         shownRow_ = -1; // the row of this number is another passage
     }
-    filter_->rebind(ui_->tableViewArchive, [&] { model_->setFileName(name); });
+    filter_->rebind([&] { model_->setFileName(name); });
     ui_->buttonSave->setEnabled(model_->rowCount() > 0);
     modelDataChanged();
     handover_.done(name);
@@ -279,15 +295,9 @@ void ArchiveWidget::showRecord(const QModelIndex &index)
     }
     shownRow_ = row;
     const Scan scan = model_->value(row);
-    const QString photo = photoPath(scan);
+    const QString photo = ArchiveFiles::photo(model_->fileName(), scan);
     photo_->setLayers(photo, PassageDetails::archiveLines(scan));
     ui_->buttonSavePhoto->setEnabled(QFileInfo::exists(photo));
-}
-
-QString ArchiveWidget::photoPath(const Scan &scan) const
-{
-    return ArchiveFiles::photosOf(model_->fileName()) + QLatin1Char('/') +
-           VaskSettings::picFileName(scan);
 }
 
 void ArchiveWidget::enableFilter(int state)
@@ -312,11 +322,6 @@ void ArchiveWidget::addToSuffered()
     }
 }
 
-void ArchiveWidget::newTable()
-{
-    clearTable();
-}
-
 void ArchiveWidget::clearTable()
 {
     handover_.rebind(QString());
@@ -337,11 +342,6 @@ void ArchiveWidget::forgetTable()
     refreshDeviceString();
 }
 
-void ArchiveWidget::clearTempData()
-{
-    ArchiveFiles::removeAll();
-}
-
 void ArchiveWidget::loadTableFromFile()
 {
     const TableFileDialog dialog(this, tr("Open thoroughfare table from file"),
@@ -349,9 +349,17 @@ void ArchiveWidget::loadTableFromFile()
                                  VaskSettings::passbaseSuffix());
     const auto [name, isCsv] = dialog.load();
     if (!name.isEmpty()) {
-        start(isCsv ? &ArchiveWidget::loadTableFromCSVFile : &ArchiveWidget::loadTableFromDatFile,
-              name);
+        load(isCsv ? &ArchiveWidget::loadTableFromCSVFile : &ArchiveWidget::loadTableFromDatFile,
+             name);
     }
+}
+
+void ArchiveWidget::load(Job::Method method, const QString &name)
+{
+    runner_.run(method, name, &ArchiveWidget::threadFinished, [this] {
+        beginJob();
+        tableName_.clear(); // also a file of the same name is another table
+    });
 }
 
 QString ArchiveWidget::loadTableFromDatFile(QString name)
@@ -360,7 +368,9 @@ QString ArchiveWidget::loadTableFromDatFile(QString name)
     if (!error.isEmpty()) {
         return error;
     }
-    handover_.rebind(name);
+    if (!handover_.rebind(name)) {
+        return QString(); // closing
+    }
     Settings::instance()->setLastLoadedArchiveFile(folderOf(name));
     origin_.set(tr("local"));
     postProgress(100);
@@ -369,12 +379,13 @@ QString ArchiveWidget::loadTableFromDatFile(QString name)
 
 QString ArchiveWidget::loadTableFromCSVFile(QString name)
 {
+    const QString before = tableOfJob().recordFile;
     if (!handover_.rebind(QString())) {
         return QString(); // closing
     }
     const QString error = TableLoad::csv(name, ArchiveFiles::record(),
                                          [this](int percent) { postProgress(percent); });
-    handover_.rebind(ArchiveFiles::record());
+    handover_.rebind(error.isEmpty() ? ArchiveFiles::record() : before);
     if (error.isEmpty()) {
         Settings::instance()->setLastLoadedArchiveFile(folderOf(name));
         origin_.set(tr("local"));
@@ -422,21 +433,16 @@ QString ArchiveWidget::saveTableToCSVFile(QString name)
 
 QString ArchiveWidget::saveTableToDatFileAndClear(QString name)
 {
-    const QString plainName = QFileInfo(name).fileName();
-    QDir folder(Settings::instance()->absoluteWorkingDirectory());
-    if (folder.exists(plainName)) {
-        clearTable();
-        return tr("The dump has already been created");
+    QString dump;
+    const QString error = DumpFolder::make(name, &dump);
+    if (error.isEmpty()) {
+        saveTableToDatFile(dump);
+        if (SocketWait::interrupted()) {
+            return QString(); // half saved; the table stays
+        }
     }
-    if (!folder.mkdir(plainName)) {
-        clearTable();
-        return tr("Can't create dump directory");
-    }
-    const QString dump = folder.filePath(plainName + QLatin1Char('/') + plainName);
-    QFile::remove(dump);
-    saveTableToDatFile(dump);
     clearTable();
-    return QString();
+    return error;
 }
 
 QString ArchiveWidget::createPhotoDirs(const QString &base, const QString &name)
@@ -468,7 +474,7 @@ void ArchiveWidget::savePhoto()
     if (name.isEmpty()) {
         return;
     }
-    const QString error = PhotoFiles::copy(photoPath(scan), name);
+    const QString error = PhotoFiles::copy(ArchiveFiles::photo(model_->fileName(), scan), name);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);
     }
@@ -489,6 +495,6 @@ void ArchiveWidget::refreshDeviceString()
 void ArchiveWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    PassageTable::fitColumns(ui_->tableViewArchive, &columnsFitted_);
+    columns_.fit(ui_->tableViewArchive, PassageTable::widestTexts(ui_->tableViewArchive));
     setDeviceString();
 }

@@ -5,31 +5,36 @@
 #include "app/shellaccess.h"
 #include "net/events.h"
 #include "pages/proportionalsclalewidget.h"
+#include "pages/savefiledialog.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 
-#include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QTableView>
 #include <QVBoxLayout>
 
-void PassageTable::fitColumns(QTableView *table, bool *fitted)
+#include <algorithm>
+
+TableColumns::Widest PassageTable::widestTexts(const QTableView *table)
 {
-    if (*fitted) {
-        return;
-    }
-    *fitted = true;
-    const QFontMetrics metrics = table->fontMetrics();
-    const auto fit = [&](int column, const QString &widest) {
-        table->setColumnWidth(column, metrics.horizontalAdvance(QStringLiteral("    ") + widest));
-    };
-    fit(ScanModel::DateColumn,
-        QDateTime(QDate(2000, 9, 30), QTime(0, 0)).toString(scanModelDateTimeFormat));
-    fit(ScanModel::NumberColumn, QStringLiteral("M000MM000"));
+    TableColumns::Widest widest = {
+        {ScanModel::DateColumn, TableColumns::widestTime(scanModelDateTimeFormat)},
+        {ScanModel::NumberColumn, QStringLiteral("M000MM000")}};
     for (const int column : {ScanModel::InListColumn, ScanModel::GrantedColumn}) {
-        fit(column, table->model()->headerData(column, Qt::Horizontal).toString());
+        widest.emplace_back(column, table->model()->headerData(column, Qt::Horizontal).toString());
     }
+    return widest;
+}
+
+NumberSource PassageTable::numbersOf(const ScanModel *model)
+{
+    return {ScanModel::NumberColumn, Scan::size, [model] { return model->fileName(); },
+            [](const char *record) {
+                Scan scan;
+                std::copy_n(record, Scan::size, scan.data());
+                return ScanModel::shownNumber(scan);
+            }};
 }
 
 ProportionalSclaleWidget *PassageTable::createPhotoView(QLabel *place)
@@ -53,10 +58,9 @@ QString PassageTable::askPhotoName(QWidget *page, const Scan &scan)
 {
     const QString start =
         Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
-    const QString name = QFileDialog::getSaveFileName(page, tr("Save photo to file"), start,
-                                                      tr("Image file (*.jpeg)"), nullptr,
-                                                      QFileDialog::DontUseNativeDialog);
-    return name.isEmpty() ? name : Settings::extended(name, QStringLiteral(".jpeg"));
+    return SaveFileDialog::ask(page, tr("Save photo to file"), start,
+                               {{tr("Image file (*.jpeg)"), QStringLiteral(".jpeg")}})
+        .name;
 }
 
 void PassageTable::addToAccessList(const Scan &scan)

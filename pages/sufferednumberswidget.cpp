@@ -21,7 +21,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSortFilterProxyModel>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -52,12 +51,17 @@ SufferedNumbersWidget::~SufferedNumbersWidget()
 void SufferedNumbersWidget::createTable()
 {
     model_ = new AccessModel(this);
-    filter_ =
-        new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
-                          ui_->radioButtonNotRegionalSymbols, ui_->radioButtonNotRegionalNumbers},
-                         AccessModel::NumberColumn, this);
-    filter_->proxy()->setSourceModel(model_);
-    ui_->tableViewSuffered->setModel(filter_->proxy());
+    const NumberSource numbers = {AccessModel::NumberColumn, Access::size,
+                                  [this] { return model_->fileName(); },
+                                  [](const char *record) {
+                                      Access access;
+                                      std::copy_n(record, Access::size, access.data());
+                                      return access.number();
+                                  }};
+    filter_ = new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
+                                ui_->radioButtonNotRegionalSymbols,
+                                ui_->radioButtonNotRegionalNumbers, ui_->tableViewSuffered},
+                               model_, numbers, this);
     const QString title = tr("Append to Vask");
     menu_ = new QMenu(title, ui_->tableViewSuffered);
     connect(menu_->addAction(title), &QAction::triggered, this,
@@ -220,7 +224,7 @@ void SufferedNumbersWidget::showResult()
 
 void SufferedNumbersWidget::setTable(const QString &name)
 {
-    filter_->rebind(ui_->tableViewSuffered, [&] { model_->setFileName(name); });
+    filter_->rebind([&] { model_->setFileName(name); });
     handover_.done(name);
 }
 
@@ -431,6 +435,9 @@ QString SufferedNumbersWidget::saveTableToDatFileAndClear(QString name)
     const QString error = DumpFolder::make(name, &dump);
     if (error.isEmpty()) {
         saveTableToDatFile(dump);
+        if (SocketWait::interrupted()) {
+            return QString(); // half saved; the table stays
+        }
     }
     clearTable(true);
     return error;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/tablefiledialog.h"
 
-#include "app/settings.h"
+#include "pages/savefiledialog.h"
 
 #include <QFileDialog>
 
@@ -9,7 +9,6 @@ namespace
 {
 
 const QString csvSuffix = QStringLiteral(".csv");
-const QString between = QStringLiteral(";;");
 
 } // namespace
 
@@ -26,22 +25,18 @@ TableFileDialog::TableFileDialog(QWidget *page, const QString &title, const QStr
 
 TableFileDialog::Choice TableFileDialog::load() const
 {
-    const QString name =
-        QFileDialog::getOpenFileName(page_, title_, folder_, dumpFilter_ + between + csvFilter_,
-                                     nullptr, QFileDialog::DontUseNativeDialog);
+    const QString name = QFileDialog::getOpenFileName(
+        page_, title_, folder_, dumpFilter_ + QStringLiteral(";;") + csvFilter_, nullptr,
+        QFileDialog::DontUseNativeDialog);
     return {name, name.endsWith(csvSuffix, Qt::CaseInsensitive)};
 }
 
 TableFileDialog::Choice TableFileDialog::save(First first) const
 {
-    const QString filters = first == First::Dump ? dumpFilter_ + between + csvFilter_
-                                                 : csvFilter_ + between + dumpFilter_;
-    QString filter;
-    const QString name = QFileDialog::getSaveFileName(page_, title_, folder_, filters, &filter,
-                                                      QFileDialog::DontUseNativeDialog);
-    if (name.isEmpty()) {
-        return {};
-    }
-    const bool isCsv = filter == csvFilter_;
-    return {Settings::extended(name, isCsv ? csvSuffix : suffix_), isCsv};
+    const SaveFileDialog::Form dump{dumpFilter_, suffix_};
+    const SaveFileDialog::Form csv{csvFilter_, csvSuffix};
+    const bool dumpFirst = first == First::Dump;
+    const auto [name, form] = dumpFirst ? SaveFileDialog::ask(page_, title_, folder_, {dump, csv})
+                                        : SaveFileDialog::ask(page_, title_, folder_, {csv, dump});
+    return {name, dumpFirst == (form == 1)};
 }

@@ -2,9 +2,9 @@
 #include "pages/tableload.h"
 
 #include "net/socketwait.h"
+#include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/passagecsv.h"
-#include "records/recordfile.h"
 #include "records/scanmodel.h"
 
 #include <QFile>
@@ -14,6 +14,7 @@ namespace
 
 // A passage's line is some 200 bytes; what is longer is no table.
 constexpr qint64 longestLine = 64 * 1024;
+constexpr int writeStep = 64 * 1024;
 
 } // namespace
 
@@ -56,17 +57,29 @@ QString TableLoad::csv(const QString &source, const QString &recordFile, const P
     if (!file.open(QIODevice::ReadOnly)) {
         return file.errorString();
     }
-    RecordFile records(recordFile, Scan::size);
-    if (!records.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
-        return records.errorString();
-    }
-    QFile::remove(ScanModel::indexFileOf(recordFile));
-    const auto append = [&records](const QStringList &fields) {
-        return records.append(PassageCsv::scan(fields).data()) ? QString() : records.errorString();
+    WholeFile records(recordFile);
+    QString error = records.open();
+    QByteArray passages;
+    const auto append = [&](const QStringList &fields) {
+        passages.append(PassageCsv::scan(fields).data(), Scan::size);
+        QString writeError;
+        if (passages.size() >= writeStep) {
+            writeError = records.write(passages);
+            passages.clear();
+        }
+        return writeError;
     };
-    const QString error = lines(file, append, progress);
-    if (!error.isEmpty()) {
-        QFile::resize(recordFile, 0);
+    if (error.isEmpty()) {
+        error = lines(file, append, progress);
+    }
+    if (error.isEmpty()) {
+        error = records.write(passages);
+    }
+    if (error.isEmpty()) {
+        error = records.commit();
+    }
+    if (error.isEmpty()) {
+        QFile::remove(ScanModel::indexFileOf(recordFile));
     }
     return error;
 }

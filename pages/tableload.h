@@ -23,9 +23,9 @@ public:
     static QString refusal(const QString &name);
 
     // Replaces the passages of the record file by those of a CSV file, and removes the index, which
-    // a CSV file does not have. No table is bound to the record file meanwhile. A source that
-    // cannot be read leaves both alone; after any other failure, and when the thread was
-    // interrupted, the record file is empty. progress is called with the percentage read.
+    // a CSV file does not have. No table is bound to the record file meanwhile. After a failure,
+    // and when the thread was interrupted, both are what they were. progress is called with the
+    // percentage read.
     static QString csv(const QString &source, const QString &recordFile, const Progress &progress);
 
     // The fields of each line of an open file behind the titles, without blank lines; take returns

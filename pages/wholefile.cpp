@@ -2,6 +2,7 @@
 #include "pages/wholefile.h"
 
 #include "net/socketwait.h"
+#include "records/filewrite.h"
 #include <QFile>
 
 namespace
@@ -23,15 +24,7 @@ QString WholeFile::open()
 
 QString WholeFile::write(const QByteArray &bytes)
 {
-    // A disk that fills up takes a part first, and only the next call tells why.
-    for (int done = 0; done < bytes.size();) {
-        const qint64 taken = file_.write(bytes.constData() + done, bytes.size() - done);
-        if (taken <= 0) {
-            return reason();
-        }
-        done += static_cast<int>(taken);
-    }
-    return QString();
+    return FileWrite::all(file_, bytes) ? QString() : reason();
 }
 
 QString WholeFile::commit()

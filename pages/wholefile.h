@@ -8,8 +8,7 @@
 // A file that appears under its name when all of it is written, and not before; what stood there
 // is replaced. Each step returns the text of what went wrong, empty when nothing did.
 //
-// Used by one thread. Unbuffered, since a buffer that fails to empty itself at the end keeps no
-// reason for it.
+// Used by one thread.
 class WholeFile
 {
     Q_DECLARE_TR_FUNCTIONS(WholeFile)

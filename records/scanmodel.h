@@ -41,6 +41,10 @@ public:
     // The index file that belongs to a record file.
     static QString indexFileOf(const QString &recordFile);
 
+    // A passage's number as the table shows it: in Latin capitals, with "#" for what was not
+    // readable.
+    static QString shownNumber(Scan scan);
+
     void setFileName(const QString &name) override;
     QString indexFile() const;
 
