@@ -80,6 +80,38 @@ private Q_SLOTS:
         QVERIFY(!file.read(2, read.data()));
     }
 
+    void readsPartOfRecord_data()
+    {
+        QTest::addColumn<int>("record");
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<QByteArray>("part"); // empty: there is no such part
+        QTest::newRow("first byte") << 0 << 0 << 1 << QByteArray("a");
+        QTest::newRow("in the midst") << 1 << 12 << 4 << QByteArray("MNOP");
+        QTest::newRow("last bytes") << 1 << size - 2 << 2 << QByteArray("yz");
+        QTest::newRow("whole") << 0 << 0 << size << record('a');
+        QTest::newRow("behind the end") << 2 << 0 << 1 << QByteArray();
+        QTest::newRow("over the end") << 1 << size - 2 << 3 << QByteArray();
+    }
+    void readsPartOfRecord()
+    {
+        QFETCH(int, record);
+        QFETCH(int, offset);
+        QFETCH(int, size);
+        QFETCH(QByteArray, part);
+        QByteArray second = ::record('b');
+        second.replace(10, 10, "KLMNOPQRST");
+        second.replace(second.size() - 2, 2, "yz");
+        fill(::record('a') + second);
+        RecordFile file(name_, ::size);
+        QVERIFY(file.open());
+        QByteArray read(size + 2, '.');
+        QCOMPARE(file.readPart(record, offset, size, read.data() + 1), !part.isEmpty());
+        if (!part.isEmpty()) {
+            QCOMPARE(read, '.' + part + '.');
+        }
+    }
+
     void appendsBehindLastWholeRecord()
     {
         fill(record('a') + 'x');
