@@ -38,16 +38,18 @@ QString AccessTransfer::busyText()
     return tr("Vask is busy now. Please try again later.");
 }
 
-bool AccessTransfer::isWhole(const QString &file)
+bool AccessTransfer::isWhole(const GetFile &get)
 {
-    return QFileInfo(file).size() % Access::size == 0;
+    bool isSize = false;
+    const qint64 size = get.answer().replace("File size=", "").toLongLong(&isSize);
+    return isSize && size == QFileInfo(get.fileName()).size() && size % Access::size == 0;
 }
 
 QString AccessTransfer::fetch(const QString &file) const
 {
     GetFile get(host_, file, nullptr);
     if (get(remotePath())) {
-        return isWhole(file) ? QString() : busyText();
+        return isWhole(get) ? QString() : busyText();
     }
     // The transfer has one text for all refusals; the device's own line tells them apart.
     const QString refusal =
@@ -73,7 +75,7 @@ QString AccessTransfer::append(const Access &access) const
     if (!get(remotePath())) {
         return get.transferError();
     }
-    if (!isWhole(file.fileName())) {
+    if (!isWhole(get)) {
         return busyText();
     }
     // Unbound before the upload reads it.

@@ -6,12 +6,14 @@
 #include <QCoreApplication>
 #include <QString>
 
+class GetFile;
+
 // The access list of a device: fetched, replaced, added to. Each step is for a worker thread, ends
 // within 200 ms of its interruption, and returns the text to show, empty when nothing went wrong.
 //
 // A device stores what it is sent, and uses it when it is told to: reload() follows a good upload.
-// Lists that do not consist of whole entries are refused like a failed
-// transfer, so that neither the panel nor the device ever holds one.
+// Lists that do not consist of whole entries, or of which not all has come, are refused like a
+// failed transfer, so that neither the panel nor the device ever holds one.
 class AccessTransfer
 {
     Q_DECLARE_TR_FUNCTIONS(AccessTransfer)
@@ -32,7 +34,9 @@ public:
 
 private:
     static QString busyText();
-    static bool isWhole(const QString &file);
+    // A transfer takes an answer that is no size for an empty file, and does not miss what a lost
+    // line cuts off at its end.
+    static bool isWhole(const GetFile &get);
 
     QString host_;
 };
