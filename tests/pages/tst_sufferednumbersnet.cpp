@@ -21,16 +21,33 @@ int threads()
         .size();
 }
 
-QStringList *written = nullptr;
-
-// Notes what the program writes to its log; what the platform has to say about windows is not
-// meant.
-void note(QtMsgType, const QMessageLogContext &, const QString &text)
+// What the program writes to its log while this lives; what the platform has to say about windows
+// is not meant.
+class Log
 {
-    if (!text.startsWith(QLatin1String("This plugin does not support"))) {
-        *written << text;
+public:
+    Log()
+        : before_(qInstallMessageHandler(note))
+    {
+        lines_.clear();
     }
-}
+    ~Log() { qInstallMessageHandler(before_); }
+    Log(const Log &) = delete;
+    Log &operator=(const Log &) = delete;
+
+    static QStringList lines() { return lines_; }
+
+private:
+    static void note(QtMsgType, const QMessageLogContext &, const QString &text)
+    {
+        if (!text.startsWith(QLatin1String("This plugin does not support"))) {
+            lines_ << text;
+        }
+    }
+
+    QtMessageHandler before_;
+    inline static QStringList lines_;
+};
 
 } // namespace
 
@@ -371,9 +388,7 @@ void TestSufferedNumbersNet::appends()
     open(Page::list(9));
     page_->clickRow(4);
     const int threadsBefore = threads();
-    QStringList log;
-    written = &log;
-    const auto handler = qInstallMessageHandler(note);
+    const auto log = std::make_unique<Log>();
     page_->append(host());
     QVERIFY(page_->isBusy());
     Access added = listed(4);
