@@ -59,7 +59,7 @@ protected:
     std::unique_ptr<BrelWindow> frame_;
     std::unique_ptr<ArchivePage> page_;
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void initTestCase()
     {
         // Passages carry UTC, the operator thinks in local time.

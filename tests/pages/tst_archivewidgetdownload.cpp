@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "app/errorbrowser.h"
 #include "app/settings.h"
 #include "records/deviceindex.h"
 #include "records/scanmodel.h"
@@ -59,6 +60,8 @@ private Q_SLOTS:
     void worksBeforeEvents();
     void namesUnknownDevice();
     void clearsTemporaryData();
+    void removesPrefixOfErrors_data();
+    void removesPrefixOfErrors();
 };
 
 void TestArchiveWidgetDownload::storesWholeArchive_data()
@@ -322,6 +325,32 @@ void TestArchiveWidgetDownload::clearsTemporaryData()
     page_->end();
     QCOMPARE(left(), kept);
     QVERIFY(!QFile::exists(Page::indexFile()));
+}
+
+void TestArchiveWidgetDownload::removesPrefixOfErrors_data()
+{
+    QTest::addColumn<QString>("result");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *result, const char *shown) {
+        QTest::newRow(result) << QString::fromLatin1(result) << QString::fromLatin1(shown);
+    };
+    row("Error=Can't open file", "Can't open file");
+    row("Can't open file", "Can't open file");
+    row("An Error=1", "An Error=1");
+}
+
+void TestArchiveWidgetDownload::removesPrefixOfErrors()
+{
+    QFETCH(QString, result);
+    QFETCH(QString, shown);
+    QString heading;
+    QString text;
+    page_->answers().expect(ModalAnswers::reading(&heading, &text));
+    ErrorBrowser::jobError(result, &page_->page());
+    QCOMPARE(heading, QStringLiteral("Error"));
+    QCOMPARE(text, shown);
+    // Nothing to say.
+    ErrorBrowser::jobError(QString(), &page_->page());
 }
 
 STALLO_TEST_MAIN(TestArchiveWidgetDownload)
