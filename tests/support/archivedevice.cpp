@@ -40,7 +40,7 @@ ArchiveDevice::ArchiveDevice(DeviceHost &device, const QByteArray &passages)
 
 QByteArray ArchiveDevice::passages(int rows, bool unordered)
 {
-    const QDateTime noon(QDate(2026, 11, 21), QTime(12, 0), Qt::UTC);
+    const QDateTime noon(QDate(2025, 6, 15), QTime(12, 0), Qt::UTC);
     const Archive archive(rows, noon.toSecsSinceEpoch(), stepSeconds, seed, residents, unordered);
     return archive.read(0, archive.size());
 }

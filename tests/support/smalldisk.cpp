@@ -7,6 +7,7 @@
 
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -30,12 +31,29 @@ bool leaveForOwnUsers()
            write("/proc/self/gid_map", group + ' ' + group + " 1\n");
 }
 
+bool enterOwnWorld()
+{
+    return (unshare(CLONE_NEWNS) == 0 || leaveForOwnUsers()) &&
+           mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+bool mountAt(const QByteArray &folder, int bytes)
+{
+    const QByteArray size = "size=" + QByteArray::number(bytes);
+    return mount("none", folder.constData(), "tmpfs", 0, size.constData()) == 0;
+}
+
 } // namespace
 
 void SmallDisk::prepare()
 {
-    allowed = (unshare(CLONE_NEWNS) == 0 || leaveForOwnUsers()) &&
-              mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    // Half way is worse than nothing, so another process tries first.
+    const pid_t scout = fork();
+    if (scout == 0) {
+        _exit(enterOwnWorld() && mountAt("/tmp", pageSize) ? 0 : 1);
+    }
+    int status = 1;
+    allowed = scout > 0 && waitpid(scout, &status, 0) == scout && status == 0 && enterOwnWorld();
 }
 
 bool SmallDisk::isAllowed()
@@ -46,8 +64,7 @@ bool SmallDisk::isAllowed()
 SmallDisk::SmallDisk(const QString &folder, int pages)
     : folder_(folder)
 {
-    const QByteArray size = "size=" + QByteArray::number(pages * pageSize);
-    if (mount("none", QFile::encodeName(folder).constData(), "tmpfs", 0, size.constData()) != 0) {
+    if (!mountAt(QFile::encodeName(folder), pages * pageSize)) {
         qFatal("cannot mount a small disk");
     }
 }
