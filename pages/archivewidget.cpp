@@ -134,8 +134,6 @@ bool ArchiveWidget::askInterval()
     if (lastFrom_.isValid() && lastTo_.isValid()) {
         interval_->setFromTime(lastFrom_);
         interval_->setToTime(lastTo_);
-    } else {
-        interval_->clearDates(); // the panel may have been on for days
     }
     interval_->adjustSize();
     interval_->move(mapToGlobal(rect().center()) - interval_->rect().center());
