@@ -111,10 +111,7 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
     const auto copy = [&](const Scan &scan) {
         const QString name = QLatin1Char('/') + VaskSettings::picFileName(scan);
         if (QFileInfo::exists(from + name) && !PhotoFiles::isSameFile(from + name, to + name)) {
-            const QString error = PhotoFiles::copy(from + name, to + name);
-            if (!errors.contains(error)) {
-                errors << error; // a full disk says the same of thousands
-            }
+            errors << PhotoFiles::copy(from + name, to + name);
         }
         return true;
     };
