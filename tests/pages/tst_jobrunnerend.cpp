@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/pages/jobrunnercase.h"
+#include "tests/pages/jobthread.h"
 
 #include <QDialog>
 #include <QTimer>
@@ -158,26 +159,12 @@ void TestJobRunnerEnd::stopWaitsForAJobThatDoesNotListen()
     page_->ask(&JobPage::deaf, "a");
     waitForJob(1);
     // Let go from outside, some time after the stop has begun to wait.
-    class Helper : public QThread
-    {
-    public:
-        explicit Helper(JobPage *page)
-            : page_(page)
-        {
+    JobThread helper([this] {
+        while (!page_->jobThreads_.first()->isInterruptionRequested()) {
+            QThread::yieldCurrentThread();
         }
-
-    protected:
-        void run() override
-        {
-            while (!page_->jobThreads_.first()->isInterruptionRequested()) {
-                yieldCurrentThread();
-            }
-            page_->gate_.release();
-        }
-
-    private:
-        JobPage *page_;
-    } helper(page_.get());
+        page_->gate_.release();
+    });
     helper.start();
     page_->runner_.stop();
     QVERIFY(!page_->isInJob());

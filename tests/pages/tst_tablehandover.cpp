@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "pages/tablehandover.h"
 
+#include "tests/pages/jobthread.h"
 #include "tests/support/testmain.h"
 
 #include <QElapsedTimer>
-#include <QThread>
 
 #include <atomic>
 #include <functional>
@@ -16,21 +16,6 @@ constexpr int patience = 30000;
 
 // In which a worker that was woken by mistake would have ended.
 constexpr int wakeMsec = 50;
-
-class Worker : public QThread
-{
-public:
-    explicit Worker(std::function<void()> job)
-        : job_(std::move(job))
-    {
-    }
-
-protected:
-    void run() override { job_(); }
-
-private:
-    std::function<void()> job_;
-};
 
 // A table that is bound as a page's is: at once, or by a queued signal.
 class Table : public QObject
@@ -102,7 +87,7 @@ private:
     {
         const int before = table_->asked_;
         result_ = -1;
-        worker_ = std::make_unique<Worker>([this, name] { result_ = handover().rebind(name); });
+        worker_ = std::make_unique<JobThread>([this, name] { result_ = handover().rebind(name); });
         worker_->start();
         // Without turning the event loop.
         while (table_->asked_ == before) {
@@ -127,7 +112,7 @@ private:
     }
 
     std::unique_ptr<Table> table_;
-    std::unique_ptr<Worker> worker_;
+    std::unique_ptr<JobThread> worker_;
     std::atomic<int> result_{-1};
     std::atomic<int> rounds_{0}; // that the worker has done
 };
@@ -224,7 +209,7 @@ void TestTableHandover::losesNoWakeUp()
     QFETCH(int, names);
     constexpr int rounds = 10000;
     rounds_ = 0;
-    worker_ = std::make_unique<Worker>([this, names] {
+    worker_ = std::make_unique<JobThread>([this, names] {
         for (; rounds_ < rounds; ++rounds_) {
             const QString name = QString::number(rounds_ % names);
             // The table stands still between two requests, so that a worker may look at it.
@@ -260,8 +245,8 @@ void TestTableHandover::closedForGood()
     handover().close();
     handover().close();
     for (int round = 0; round < 3; ++round) {
-        worker_ =
-            std::make_unique<Worker>([this] { result_ = handover().rebind(QStringLiteral("a")); });
+        worker_ = std::make_unique<JobThread>(
+            [this] { result_ = handover().rebind(QStringLiteral("a")); });
         worker_->start();
         QVERIFY(worker_->wait(patience));
         QCOMPARE(result_.load(), 0);
@@ -279,7 +264,7 @@ void TestTableHandover::closeAtAnyMoment()
         table_ = std::make_unique<Table>();
         rounds_ = 0;
         result_ = -1;
-        worker_ = std::make_unique<Worker>([this] {
+        worker_ = std::make_unique<JobThread>([this] {
             while (handover().rebind(QStringLiteral("a"))) {
                 ++rounds_;
             }

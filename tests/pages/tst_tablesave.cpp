@@ -2,13 +2,13 @@
 #include "pages/tablesave.h"
 
 #include "records/csv.h"
+#include "tests/pages/jobthread.h"
 #include "tests/support/filelimit.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QThread>
 
 namespace
 {
@@ -37,26 +37,6 @@ QByteArray lineOf(int n)
            QByteArray::number(n % 1000).rightJustified(3, '0') + "BC77;0;0;0;comment " +
            QByteArray::number(n) + ';';
 }
-
-// Asks its own thread to end before it runs the job.
-class InterruptedThread : public QThread
-{
-public:
-    explicit InterruptedThread(std::function<void()> job)
-        : job_(std::move(job))
-    {
-    }
-
-protected:
-    void run() override
-    {
-        requestInterruption();
-        job_();
-    }
-
-private:
-    std::function<void()> job_;
-};
 
 using Save = QString (*)(const TableSnapshot &, const QString &);
 
