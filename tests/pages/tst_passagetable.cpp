@@ -285,7 +285,13 @@ void TestPassageTable::sendsEntryToNobody()
     Receiver gone;
     ShellAccess::setMainWindow(&gone);
     ShellAccess::setMainWindow(nullptr);
+    static int complaints; // the toolkit's, about an event for nobody
+    complaints = 0;
+    const auto count = [](QtMsgType, const QMessageLogContext &, const QString &) { ++complaints; };
+    const QtMessageHandler before = qInstallMessageHandler(count);
     PassageTable::addToAccessList(passage());
+    qInstallMessageHandler(before);
+    QCOMPARE(complaints, 0);
     QCoreApplication::processEvents();
     QVERIFY(gone.entries.isEmpty());
 }
