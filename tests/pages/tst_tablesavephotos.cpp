@@ -189,14 +189,16 @@ void TestTableSavePhotos::leavesTheOwnFolderAlone()
 
 void TestTableSavePhotos::oneFailureDoesNotStopTheRest()
 {
-    // Folders where photos are to go.
+    // Folders where photos are to go, and one where a photo should be.
     for (const int n : {1, 3}) {
         QVERIFY(QDir(to()).mkdir(photo(n)));
     }
+    QVERIFY(QFile::remove(from() + QLatin1Char('/') + photo(2)));
+    QVERIFY(QDir(from()).mkdir(photo(2)));
     const QStringList errors = copy(table()).split(QLatin1Char('\n'));
-    QCOMPARE(errors.size(), 2);
+    QCOMPARE(errors.size(), 2); // each text once
     QVERIFY(!errors.contains(QString()));
-    compareCopies({0, 2, 4});
+    QCOMPARE(filesIn(to()), photos({0, 4}));
     QCOMPARE(progress_.last(), 100);
 }
 
@@ -204,7 +206,7 @@ void TestTableSavePhotos::reportsMissingFolder()
 {
     const QString missing = below(QStringLiteral("missing"));
     const QStringList errors = TableSave::photos(table(), from(), missing).split(QLatin1Char('\n'));
-    QCOMPARE(errors.size(), rows);
+    QCOMPARE(QStringList(errors).removeDuplicates(), 0);
     QVERIFY(!errors.contains(QString()));
     QVERIFY(!QFile::exists(missing));
     // No photos at all is no error.
@@ -214,16 +216,15 @@ void TestTableSavePhotos::reportsMissingFolder()
 
 void TestTableSavePhotos::reportsFullDisk()
 {
-    QStringList errors;
+    QString error;
     {
         const FileLimit full(70002); // the first three have room
-        errors = copy(table()).split(QLatin1Char('\n'));
+        error = copy(table());
     }
-    QCOMPARE(errors.size(), 2);
-    for (const QString &error : errors) {
-        QVERIFY2(!error.isEmpty() && !error.contains(QLatin1String("Unknown error")),
-                 qPrintable(error));
-    }
+    QVERIFY2(!error.isEmpty() && !error.contains(QLatin1String("Unknown error")),
+             qPrintable(error));
+    QEXPECT_FAIL("", "the toolkit's text names the photo, so each is another", Continue);
+    QVERIFY(!error.contains(QLatin1Char('\n'))); // thousands of photos fail with one text
     compareCopies({0, 1, 2});
 }
 
