@@ -1,95 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "pages/numberfilter.h"
-
-#include "tests/support/testmain.h"
-
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QRadioButton>
-#include <QSortFilterProxyModel>
-#include <QStandardItemModel>
-#include <QVBoxLayout>
+#include "tests/pages/numberfiltercase.h"
 
 Q_DECLARE_METATYPE(VaskSettings::NumFilterMode)
 
-namespace
-{
-
-constexpr int numberColumn = 1;
-constexpr auto whole = VaskSettings::NumFilterWhole;
-constexpr auto symbols = VaskSettings::NumFilterSymbols;
-constexpr auto numbers = VaskSettings::NumFilterNumbers;
-
-// The filter group of a page, wired as a page wires it.
-struct Group {
-    QWidget window;
-    QVBoxLayout column{&window};
-    QCheckBox on;
-    QLineEdit text;
-    QRadioButton whole{QStringLiteral("whole")};
-    QRadioButton symbols{QStringLiteral("letters")};
-    QRadioButton numbers{QStringLiteral("digits")};
-    std::unique_ptr<NumberFilter> filter;
-
-    Group()
-    {
-        for (QWidget *widget :
-             std::initializer_list<QWidget *>{&on, &text, &whole, &symbols, &numbers}) {
-            column.addWidget(widget);
-        }
-        whole.setChecked(true);
-    }
-
-    void make(QAbstractItemModel *model)
-    {
-        const NumberFilter::Widgets widgets{&on, &text, &whole, &symbols, &numbers};
-        filter = std::make_unique<NumberFilter>(widgets, numberColumn, nullptr);
-        filter->proxy()->setSourceModel(model);
-        QObject::connect(&on, &QCheckBox::stateChanged, filter.get(), &NumberFilter::enable);
-        QObject::connect(&text, &QLineEdit::textChanged, filter.get(), &NumberFilter::apply);
-        for (const QRadioButton *mode : {&whole, &symbols, &numbers}) {
-            QObject::connect(mode, &QRadioButton::clicked, filter.get(), &NumberFilter::apply);
-        }
-    }
-    QRadioButton &mode(VaskSettings::NumFilterMode which)
-    {
-        return which == VaskSettings::NumFilterWhole     ? whole
-               : which == VaskSettings::NumFilterSymbols ? symbols
-                                                         : numbers;
-    }
-};
-
-QRegExp patternOf(VaskSettings::NumFilterMode mode)
-{
-    return mode == whole     ? VaskSettings::numPattern
-           : mode == symbols ? VaskSettings::numPatternSymbols
-                             : VaskSettings::numPatternNumbers;
-}
-
-} // namespace
-
-class TestNumberFilter : public QObject
+// What can be typed into the filter, and what it then finds.
+class TestNumberFilter : public NumberFilterCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        model_ = std::make_unique<QStandardItemModel>(0, 3);
-        for (const char *number : {"A123BC77", "A123BC177", "K123MM99", "A456BC77", "A#23B#77"}) {
-            add(number);
-        }
-        group_ = std::make_unique<Group>();
-        group_->make(model_.get());
-        group_->window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&group_->window));
-    }
-    void cleanup()
-    {
-        group_.reset();
-        model_.reset();
-    }
-
     void beginsSwitchedOff();
     void takesUpAFormThatIsSwitchedOn();
     void finds_data();
@@ -106,51 +25,14 @@ private Q_SLOTS:
     void modeClearsARefusedText();
     void clearedTextFiltersNoMore();
     void textFromTheProgramIsCheckedToo();
-    void newRowsAreFiltered();
-    void servesAnotherModel();
 
 private:
-    void add(const char *number)
+    static QRegExp patternOf(VaskSettings::NumFilterMode mode)
     {
-        // Its neighbours hold numbers as well.
-        model_->appendRow({new QStandardItem(QStringLiteral("Z999ZZ99")),
-                           new QStandardItem(QString::fromLatin1(number)),
-                           new QStandardItem(QStringLiteral("Z999ZZ99"))});
+        return mode == whole     ? VaskSettings::numPattern
+               : mode == symbols ? VaskSettings::numPatternSymbols
+                                 : VaskSettings::numPatternNumbers;
     }
-    QSortFilterProxyModel *proxy() { return group_->filter->proxy(); }
-    QString shown()
-    {
-        QStringList found;
-        for (int row = 0; row < proxy()->rowCount(); ++row) {
-            found << proxy()->index(row, numberColumn).data().toString();
-        }
-        return found.join(QLatin1Char(' '));
-    }
-    QString all()
-    {
-        QStringList there;
-        for (int row = 0; row < model_->rowCount(); ++row) {
-            there << model_->index(row, numberColumn).data().toString();
-        }
-        return there.join(QLatin1Char(' '));
-    }
-    void click(QAbstractButton &button) { QTest::mouseClick(&button, Qt::LeftButton, {}, {5, 5}); }
-    void choose(VaskSettings::NumFilterMode mode)
-    {
-        click(group_->mode(mode));
-        QVERIFY(group_->mode(mode).isChecked());
-    }
-    // Replaces what stands in the edit, key by key.
-    void type(const QString &text)
-    {
-        group_->text.setFocus();
-        group_->text.selectAll();
-        QTest::keyClick(&group_->text, Qt::Key_Delete);
-        QTest::keyClicks(&group_->text, text);
-    }
-
-    std::unique_ptr<QStandardItemModel> model_;
-    std::unique_ptr<Group> group_;
 };
 
 void TestNumberFilter::beginsSwitchedOff()
@@ -159,12 +41,13 @@ void TestNumberFilter::beginsSwitchedOff()
     QCOMPARE(shown(), all());
     QCOMPARE(proxy()->filterKeyColumn(), numberColumn);
     QVERIFY(proxy()->dynamicSortFilter());
-    QCOMPARE(proxy()->columnCount(), 3);
+    QCOMPARE(group_->table.model(), proxy());
+    QCOMPARE(proxy()->columnCount(), int(ScanModel::columns));
 }
 
 void TestNumberFilter::takesUpAFormThatIsSwitchedOn()
 {
-    group_ = std::make_unique<Group>();
+    group_ = std::make_unique<FilterGroup>();
     group_->on.setChecked(true);
     group_->text.setText(QStringLiteral("456"));
     group_->numbers.setChecked(true);
@@ -381,31 +264,6 @@ void TestNumberFilter::textFromTheProgramIsCheckedToo()
     group_->text.setText(QStringLiteral("no number"));
     QCOMPARE(group_->text.text(), QString());
     QCOMPARE(shown(), all());
-}
-
-void TestNumberFilter::newRowsAreFiltered()
-{
-    click(group_->on);
-    type(QStringLiteral("A4"));
-    add("A411BC77");
-    add("K411BC77");
-    QCOMPARE(shown(), QStringLiteral("A456BC77 A411BC77"));
-    model_->item(0, numberColumn)->setText(QStringLiteral("A400AA00"));
-    QCOMPARE(shown(), QStringLiteral("A400AA00 A456BC77 A411BC77"));
-}
-
-void TestNumberFilter::servesAnotherModel()
-{
-    click(group_->on);
-    type(QStringLiteral("A4"));
-    proxy()->setSourceModel(nullptr);
-    QCOMPARE(proxy()->rowCount(), 0);
-    QStandardItemModel other(0, 3);
-    other.appendRow({new QStandardItem, new QStandardItem(QStringLiteral("A499AA00"))});
-    other.appendRow({new QStandardItem, new QStandardItem(QStringLiteral("K499AA00"))});
-    proxy()->setSourceModel(&other);
-    QCOMPARE(shown(), QStringLiteral("A499AA00"));
-    proxy()->setSourceModel(nullptr);
 }
 
 STALLO_TEST_MAIN(TestNumberFilter)
