@@ -68,6 +68,7 @@ private Q_SLOTS:
 
     void columnsHoldTheirTexts();
     void columnsAreFittedOnce();
+    void tellsWhereNumbersAre();
     void photoFillsItsPlace();
     void menuHasOneAction();
     void asksForPhotoName();
@@ -129,13 +130,12 @@ void TestPassageTable::cleanup()
 
 void TestPassageTable::columnsHoldTheirTexts()
 {
-    bool fitted = false;
+    TableColumns columns;
     table_->show();
     for (int column = 0; column < ScanModel::columns; ++column) {
         table_->setColumnWidth(column, 50);
     }
-    PassageTable::fitColumns(table_.get(), &fitted);
-    QVERIFY(fitted);
+    columns.fit(table_.get(), PassageTable::widestTexts(table_.get()));
     const QFontMetrics metrics = table_->fontMetrics();
     for (const int column : {ScanModel::DateColumn, ScanModel::NumberColumn}) {
         const QString text = model_->index(0, column).data().toString();
@@ -159,17 +159,28 @@ void TestPassageTable::columnsHoldTheirTexts()
 
 void TestPassageTable::columnsAreFittedOnce()
 {
-    bool fitted = false;
-    PassageTable::fitColumns(table_.get(), &fitted);
+    TableColumns columns;
+    columns.fit(table_.get(), PassageTable::widestTexts(table_.get()));
     const int width = table_->columnWidth(ScanModel::NumberColumn);
     // The operator has made it narrower.
     table_->setColumnWidth(ScanModel::NumberColumn, width - 30);
-    PassageTable::fitColumns(table_.get(), &fitted);
+    columns.fit(table_.get(), PassageTable::widestTexts(table_.get()));
     QCOMPARE(table_->columnWidth(ScanModel::NumberColumn), width - 30);
-    QVERIFY(fitted);
-    fitted = false;
-    PassageTable::fitColumns(table_.get(), &fitted);
+    TableColumns().fit(table_.get(), PassageTable::widestTexts(table_.get()));
     QCOMPARE(table_->columnWidth(ScanModel::NumberColumn), width);
+}
+
+void TestPassageTable::tellsWhereNumbersAre()
+{
+    const NumberSource source = PassageTable::numbersOf(model_.get());
+    QCOMPARE(source.column, int(ScanModel::NumberColumn));
+    QCOMPARE(source.recordSize, int(Scan::size));
+    QCOMPARE(source.file(), model_->fileName());
+    QCOMPARE(source.number(passage().data()), QStringLiteral("M#88MM8#8"));
+    QCOMPARE(source.number(passage().data()),
+             model_->index(0, ScanModel::NumberColumn).data().toString());
+    model_->setFileName(QString());
+    QCOMPARE(source.file(), QString());
 }
 
 void TestPassageTable::photoFillsItsPlace()
