@@ -189,7 +189,7 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
     }
     error = download.append();
     handover_.rebind(request_.recordFile);
-    if (!error.isEmpty() || SocketWait::interrupted()) {
+    if (!error.isEmpty() || (download.added() == 0 && SocketWait::interrupted())) {
         return error;
     }
     const QFileInfo archive(request_.recordFile);
