@@ -146,7 +146,6 @@ void TestJobRunnerEnd::stopLeavesNothingBehind()
     page_->ask(&JobPage::held, "a");
     waitForJob(1);
     page_->runner_.stop();
-    QEXPECT_FAIL("", "the end of the stopped job is still to be told and finds no job", Abort);
     QVERIFY(page_->runner_.isIdle());
     turnEventLoop();
     page_->ask(&JobPage::quick, "b");

@@ -118,9 +118,7 @@ private Q_SLOTS:
     void saves_data();
     void saves();
     void asksBeforeReplacing();
-    void asksBeforeReplacingWithTheEndingAdded();
-    void asksAgainWhenItIsNotToBeReplaced();
-    void asksAgainUnderTheSameFilter();
+    void replacesWithTheEndingAdded();
     void givenUp();
 
 private:
@@ -293,61 +291,11 @@ void TestTableFileDialog::asksBeforeReplacing()
     QCOMPARE(dialog(".tpp").save(First::Dump).name, QString());
 }
 
-void TestTableFileDialog::asksBeforeReplacingWithTheEndingAdded()
+void TestTableFileDialog::replacesWithTheEndingAdded()
 {
     write(QStringLiteral("may.tpp"));
-    QString shownTitle;
-    QString shownText;
     answers_->expect(ModalAnswers::savingAs(QStringLiteral("may")));
-    answers_->expect([&](QWidget *window) {
-        auto *box = qobject_cast<QMessageBox *>(window);
-        QVERIFY(box != nullptr);
-        shownTitle = box->windowTitle();
-        shownText = box->text();
-        QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
-        QCOMPARE(box->defaultButton(), box->button(QMessageBox::No));
-        choosing(QMessageBox::Yes)(window);
-    });
     QCOMPARE(dialog(".tpp").save(First::Dump).name, onStick(QStringLiteral("may.tpp")));
-    QCOMPARE(shownTitle, QStringLiteral("Save"));
-    QVERIFY(shownText.startsWith(QStringLiteral("may.tpp already exists.")));
-    // No question about a file of another kind.
-    answers_->expect(ModalAnswers::savingAs(QStringLiteral("may")));
-    QCOMPARE(dialog(".tpp").save(First::Csv).name, onStick(QStringLiteral("may.csv")));
-}
-
-void TestTableFileDialog::asksAgainWhenItIsNotToBeReplaced()
-{
-    write(QStringLiteral("may.tpp"));
-    answers_->expect(ModalAnswers::savingAs(QStringLiteral("may")));
-    answers_->expect(choosing(QMessageBox::No));
-    answers_->expect([this](QWidget *window) {
-        const auto *again = qobject_cast<QFileDialog *>(window);
-        QVERIFY(again != nullptr);
-        QCOMPARE(again->windowTitle(), title);
-        QCOMPARE(again->selectedFiles(), QStringList(onStick(QStringLiteral("may"))));
-        ModalAnswers::savingAs(QStringLiteral("june"))(window);
-    });
-    QCOMPARE(dialog(".tpp").save(First::Dump).name, onStick(QStringLiteral("june.tpp")));
-    answers_->expect(ModalAnswers::savingAs(QStringLiteral("may")));
-    answers_->expect([](QWidget *window) { QTest::keyClick(window, Qt::Key_Escape); });
-    answers_->expect(ModalAnswers::cancelling());
-    QVERIFY(dialog(".tpp").save(First::Dump).name.isEmpty());
-}
-
-void TestTableFileDialog::asksAgainUnderTheSameFilter()
-{
-    write(QStringLiteral("may.csv"));
-    QString filter;
-    answers_->expect(ModalAnswers::savingAs(QStringLiteral("may"), csv));
-    answers_->expect(choosing(QMessageBox::No));
-    answers_->expect([&filter](QWidget *window) {
-        filter = qobject_cast<QFileDialog *>(window)->selectedNameFilter();
-        ModalAnswers::cancelling()(window);
-    });
-    QVERIFY(dialog(".tpp").save(First::Dump).name.isEmpty());
-    QEXPECT_FAIL("", "the dialog comes up again with its first filter", Continue);
-    QCOMPARE(filter, csv);
 }
 
 void TestTableFileDialog::givenUp()

@@ -93,7 +93,6 @@ void TestTableLoadFailures::endsWithAShortSource()
     const bool ended = reader.wait(2000);
     reader.requestInterruption();
     QVERIFY(reader.wait(patience));
-    QEXPECT_FAIL("", "it goes on reading nothing until it is called off", Abort);
     QVERIFY(ended);
 }
 
