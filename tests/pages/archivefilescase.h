@@ -9,6 +9,7 @@
 #include "tests/support/onlinepage.h"
 #include "tests/support/testmain.h"
 
+#include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -246,6 +247,21 @@ protected:
         QCOMPARE(shownPhoto(), withPhoto ? photoWidth(n) : 0);
         QCOMPARE(canSavePhoto(), withPhoto);
     }
+
+    // Checks a box or takes a choice, with a finger.
+    void choose(const char *name) const
+    {
+        auto *button = page_->find<QAbstractButton>(name);
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(10, button->height() / 2));
+    }
+    // Into the filter.
+    void type(const QString &text) const
+    {
+        QLineEdit *edit = typed();
+        edit->clear();
+        QTest::keyClicks(edit, text);
+    }
+    QLineEdit *typed() const { return page_->find<QLineEdit>("lineEditFilter"); }
 
     std::unique_ptr<QTemporaryDir> stick_;
     std::unique_ptr<Page> page_;
