@@ -110,6 +110,8 @@ private Q_SLOTS:
     void fitsSmallestScreen_data();
     void fitsSmallestScreen();
     void fitsDetailsOnSmallestScreen();
+    void fitsColumnsToWhatTheyShow();
+    void keepsColumnsAsTheOperatorSetThem();
 
 private:
     QString title() const { return frame_->brelWindowTitle()->deviceName(); }
@@ -372,6 +374,36 @@ void TestArchiveWidgetShell::fitsDetailsOnSmallestScreen()
         QVERIFY2(photo->frame().left() + metrics.horizontalAdvance(line) <= photo->width(),
                  qPrintable(line));
     }
+}
+
+void TestArchiveWidgetShell::fitsColumnsToWhatTheyShow()
+{
+    const QTableView *table = page_->table();
+    const auto isWide = [table](int column, const QString &text) {
+        return table->columnWidth(column) > table->fontMetrics().horizontalAdvance(text);
+    };
+    const QString granted = QStringLiteral("Access granted");
+    const QString date =
+        QDateTime(QDate(2026, 9, 30), QTime(20, 48, 58)).toString(scanModelDateTimeFormat);
+    QVERIFY(isWide(ScanModel::DateColumn, date));
+    QVERIFY(isWide(ScanModel::GrantedColumn, granted));
+    load(makeDump(QStringLiteral("table.tpp"), 3));
+    QEXPECT_FAIL("", "the widths are lost when a table is bound", Abort);
+    QVERIFY(isWide(ScanModel::DateColumn, date));
+    QVERIFY(isWide(ScanModel::DateColumn, page_->cell(0, ScanModel::DateColumn)));
+    QVERIFY(isWide(ScanModel::GrantedColumn, granted));
+}
+
+void TestArchiveWidgetShell::keepsColumnsAsTheOperatorSetThem()
+{
+    load(makeDump(QStringLiteral("table.tpp"), 3));
+    page_->table()->setColumnWidth(ScanModel::CommentColumn, 321);
+    page_->page().hide();
+    page_->page().show();
+    QCOMPARE(page_->table()->columnWidth(ScanModel::CommentColumn), 321);
+    load(makeDump(QStringLiteral("other.tpp"), 2));
+    QEXPECT_FAIL("", "the widths are lost when a table is bound", Abort);
+    QCOMPARE(page_->table()->columnWidth(ScanModel::CommentColumn), 321);
 }
 
 STALLO_TEST_MAIN(TestArchiveWidgetShell)
