@@ -294,13 +294,11 @@ void TestArchiveWidgetFiles::reportsFullDiskUnderCsv()
         const FileLimit full(static_cast<rlim_t>(limit));
         shown = failToLoad(source);
     }
-    QEXPECT_FAIL("", "taking the passage back loses the reason", Continue);
     QCOMPARE(shown, QStringLiteral("Error|File too large"));
-    // Not a part of the list.
-    QCOMPARE(page_->rows(), 0);
-    QCOMPARE(Page::content(Page::recordFile()), QByteArray());
-    QCOMPARE(Page::content(Page::indexFile()), QByteArray());
-    QVERIFY(!page_->find<QPushButton>("buttonSave")->isEnabled());
+    // Not a part of the list, but what was there.
+    QCOMPARE(numbers(), numbersOf(3));
+    QCOMPARE(Page::content(Page::recordFile()), tableOf(3));
+    QCOMPARE(Page::content(Page::indexFile()), indexOf(3));
     QCOMPARE(Settings::instance()->lastLoadedArchiveFile(), Page::folder());
     load(source);
     QCOMPARE(page_->rows(), 20);
