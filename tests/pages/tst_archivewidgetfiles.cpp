@@ -25,6 +25,8 @@ private Q_SLOTS:
     void leavesLoadedDumpAloneWhenCsvIsLoaded();
     void keepsTableWhenCsvCannotBeOpened_data();
     void keepsTableWhenCsvCannotBeOpened();
+    void keepsDumpWhenCsvCannotBeOpened();
+    void makesNoArchiveWhenCsvCannotBeOpened();
     void reportsFullDiskUnderCsv_data();
     void reportsFullDiskUnderCsv();
 
@@ -270,6 +272,33 @@ void TestArchiveWidgetFiles::keepsTableWhenCsvCannotBeOpened()
     QCOMPARE(Settings::instance()->lastLoadedArchiveFile(), stickFolder());
     QCOMPARE(QStringLiteral("Error|") + page_->page().loadTableFromCSVFile(source), shown);
     QCOMPARE(numbers(), numbersOf(4));
+}
+
+void TestArchiveWidgetFiles::keepsDumpWhenCsvCannotBeOpened()
+{
+    // While an archive that was downloaded before lies there.
+    Page::write(Page::recordFile(), tableOf(4));
+    load(makeDump(QStringLiteral("table.tpp"), 3, {21}, 20));
+    page_->clickRow(1);
+    const QString source = onStick(QStringLiteral("list.csv"));
+    Page::write(source, "titles\n;A001BC77");
+    const QString shown = failToLoad(source, [&source] { QFile::remove(source); });
+    QCOMPARE(shown, QStringLiteral("Error|No such file or directory"));
+    QCOMPARE(Page::content(Page::recordFile()), tableOf(4));
+    QEXPECT_FAIL("", "the temporary archive is bound, whatever was on view", Abort);
+    QCOMPARE(page_->rows(), 3);
+    QCOMPARE(numbers(), numbersOf(3, 20));
+    expectShown(1, 21, true);
+}
+
+void TestArchiveWidgetFiles::makesNoArchiveWhenCsvCannotBeOpened()
+{
+    const QString source = onStick(QStringLiteral("list.csv"));
+    Page::write(source, "titles\n;A001BC77");
+    failToLoad(source, [&source] { QFile::remove(source); });
+    QCOMPARE(page_->rows(), 0);
+    QEXPECT_FAIL("", "the temporary archive is bound, whatever was on view", Abort);
+    QCOMPARE(filesIn(Page::folder()), QStringList());
 }
 
 void TestArchiveWidgetFiles::reportsFullDiskUnderCsv_data()
