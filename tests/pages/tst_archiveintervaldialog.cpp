@@ -404,6 +404,9 @@ void TestArchiveIntervalDialog::whatStandsThereIsMeant()
     pressOk();
     QCOMPARE(dialog_->fromTime(), at("14:00"));
     QCOMPARE(dialog_->toTime(), at("20:00").addMSecs(26169));
+    QTest::keyClicks(enter("teTo", QDateTimeEdit::HourSection), QStringLiteral("1600"));
+    pressOk();
+    QCOMPARE(dialog_->toTime(), at("16:00"));
 }
 
 void TestArchiveIntervalDialog::clearsDates()
