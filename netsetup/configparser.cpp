@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "netsetup/configparser.h"
 
-#include "netsetup/linefile.h"
-
 namespace
 {
 
@@ -38,10 +36,10 @@ QString valueAfter(const QString &line, int sign)
 } // namespace
 
 ConfigParser::ConfigParser(const QString &fileName)
-    : fileName_(fileName)
+    : file_(fileName)
 {
     int comments = 0;
-    const QStringList lines = LineFile::read(fileName_);
+    const QStringList lines = file_.read();
     for (const QString &line : lines) {
         const int sign = line.indexOf(QLatin1Char('='));
         if (sign < 0 || isComment(line)) {
@@ -60,5 +58,5 @@ void ConfigParser::sync() const
                          ? entry.value()
                          : entry.key() + QLatin1Char('=') + entry.value());
     }
-    LineFile::write(fileName_, lines);
+    file_.write(lines);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "netsetup/linefile.h"
+
 #include <QMap>
 #include <QString>
 
@@ -28,5 +30,5 @@ public:
 
 private:
     QMap<QString, QString> values_;
-    QString fileName_;
+    LineFile file_;
 };

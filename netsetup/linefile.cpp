@@ -8,33 +8,46 @@
 namespace
 {
 
-constexpr QLatin1String commentMark("__comment__");
+const QLatin1String commentMark("__comment__");
 
 } // namespace
 
-QStringList LineFile::read(const QString &fileName)
+LineFile::LineFile(const QString &name)
+    : name_(name)
 {
+}
+
+QStringList LineFile::read()
+{
+    QFile file(name_);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return QStringList();
+    }
+    const QByteArray bytes = file.readAll();
+    // With the size, or a zero byte would end the text.
+    QString text = QString::fromLocal8Bit(bytes.constData(), bytes.size());
+    isLocalText_ = !text.contains(QChar::ReplacementCharacter);
+    if (!isLocalText_) {
+        text = QString::fromLatin1(bytes.constData(), bytes.size());
+    }
     QStringList lines;
-    QFile file(fileName);
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        QTextStream stream(&file);
-        while (!stream.atEnd()) {
-            lines.append(stream.readLine());
-        }
+    QTextStream stream(&text);
+    while (!stream.atEnd()) {
+        lines.append(stream.readLine());
     }
     return lines;
 }
 
-void LineFile::write(const QString &fileName, const QStringList &lines)
+void LineFile::write(const QStringList &lines) const
 {
-    QByteArray text;
+    QByteArray bytes;
     for (const QString &line : lines) {
-        text += line.toLocal8Bit() + '\n';
+        bytes += (isLocalText_ ? line.toLocal8Bit() : line.toLatin1()) + '\n';
     }
     // Unbuffered, so that a full disk is noticed by the write and not after it.
-    QSaveFile file(fileName);
+    QSaveFile file(name_);
     if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-        file.write(text) == text.size()) {
+        file.write(bytes) == bytes.size()) {
         file.commit();
     }
 }

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "netsetup/resolvparser.h"
 
-#include "netsetup/linefile.h"
-
 namespace
 {
 
-constexpr QLatin1String serverWord("nameserver");
+const QLatin1String serverWord("nameserver");
 
 // What stands before a name server's address; 0 for any other line.
 int lengthOfBeginning(const QString &line)
@@ -25,11 +23,11 @@ int lengthOfBeginning(const QString &line)
 } // namespace
 
 ResolvParser::ResolvParser(const QString &fileName)
-    : fileName_(fileName)
+    : file_(fileName)
 {
     int servers = 0;
     int comments = 0;
-    const QStringList lines = LineFile::read(fileName_);
+    const QStringList lines = file_.read();
     for (const QString &line : lines) {
         const int length = lengthOfBeginning(line);
         if (length > 0) {
@@ -48,5 +46,5 @@ void ResolvParser::sync() const
                          ? serverWord + QLatin1Char(' ') + entry.value()
                          : entry.value());
     }
-    LineFile::write(fileName_, lines);
+    file_.write(lines);
 }
