@@ -4,6 +4,7 @@
 #include "app/settings.h"
 #include "net/fileprotocol.h"
 #include "records/diskspace.h"
+#include "records/filewrite.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -78,7 +79,7 @@ bool GetFile::fits(qint64 size) const
 bool GetFile::receive(qint64 size)
 {
     QFile file(fileName());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
         return fail(fileName() + QStringLiteral(": ") + file.errorString());
     }
     for (qint64 block = 0; block < size / blockSize; ++block) {
@@ -88,9 +89,6 @@ bool GetFile::receive(qint64 size)
     }
     if (!receivePiece(file, size % blockSize, true)) {
         return false;
-    }
-    if (!file.flush()) {
-        return fail(fileName() + QStringLiteral(": ") + file.errorString());
     }
     file.close();
     end(false, QString());
@@ -113,7 +111,7 @@ bool GetFile::receivePiece(QFile &file, qint64 size, bool lossAllowed)
         return fail();
     }
     const QByteArray piece = read(size);
-    if (file.write(piece) != piece.size()) {
+    if (!FileWrite::all(file, piece)) {
         return fail(fileName() + QStringLiteral(": ") + file.errorString());
     }
     return true;

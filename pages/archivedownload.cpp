@@ -8,6 +8,7 @@
 #include "net/socketwait.h"
 #include "records/deviceindex.h"
 #include "records/diskspace.h"
+#include "records/filewrite.h"
 #include "records/recordfile.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
@@ -23,19 +24,6 @@ namespace
 // How long to ask a device for its identifier, and the pause after a failure.
 constexpr DeviceIdentity::Patience identityPatience{10000, 20};
 constexpr int rowsAtOnce = 512;
-
-// What is left to be written after a disk took only a part, with the reason.
-bool writeAll(QFile &file, const QByteArray &bytes)
-{
-    for (int done = 0; done < bytes.size();) {
-        const qint64 taken = file.write(bytes.constData() + done, bytes.size() - done);
-        if (taken <= 0) {
-            return false;
-        }
-        done += static_cast<int>(taken);
-    }
-    return true;
-}
 
 } // namespace
 
@@ -112,6 +100,7 @@ QString ArchiveDownload::append()
         index.resize(oldIndex);
         last_ = first_ - 1;
     }
+    downloads_.remove(); // the photos may take long, and need the room
     return error;
 }
 
@@ -128,10 +117,10 @@ QString ArchiveDownload::appendTo(QFile &records, QFile &index) const
         if (passages.size() != rows * static_cast<int>(Scan::size)) {
             return archive.errorString();
         }
-        if (!writeAll(records, passages)) {
+        if (!FileWrite::all(records, passages)) {
             return records.errorString();
         }
-        if (!writeAll(index, entry.repeated(rows))) {
+        if (!FileWrite::all(index, entry.repeated(rows))) {
             return index.errorString();
         }
         left -= rows;

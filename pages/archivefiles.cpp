@@ -27,6 +27,11 @@ QString ArchiveFiles::photosOf(const QString &table)
     return file.absolutePath() + QLatin1Char('/') + VaskSettings::picFileDir(file.baseName());
 }
 
+QString ArchiveFiles::photo(const QString &table, const Scan &scan)
+{
+    return photosOf(table) + QLatin1Char('/') + VaskSettings::picFileName(scan);
+}
+
 void ArchiveFiles::removeArchive()
 {
     if (Settings::instance() != nullptr) {
@@ -39,6 +44,9 @@ void ArchiveFiles::removeAll()
 {
     if (Settings::instance() != nullptr) {
         TemporaryData::clear(folder());
+        if (QFileInfo(record()).absolutePath() != QFileInfo(folder()).absoluteFilePath()) {
+            TemporaryData::clear(photosOf(record())); // the settings have put the archive elsewhere
+        }
         removeArchive();
     }
 }

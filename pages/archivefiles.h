@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "records/scan.h"
+
 #include <QString>
 
 // Where the Archive page keeps things, by whole paths. Any thread.
@@ -11,8 +13,9 @@ namespace ArchiveFiles
 QString record();
 QString folder();
 
-// The folder of a table's photos, beside its file and named after it.
+// The folder of a table's photos, beside its file and named after it; and one of them.
 QString photosOf(const QString &table);
+QString photo(const QString &table, const Scan &scan);
 
 // Deletes the temporary archive and its index; or everything that was downloaded. No table is bound
 // to the archive then. Nothing happens without settings.

@@ -10,6 +10,11 @@ namespace
 
 constexpr int shortestSeconds = 3600;
 
+QDateTime wholeMinute(const QDateTime &time)
+{
+    return QDateTime(time.date(), QTime(time.time().hour(), time.time().minute()));
+}
+
 } // namespace
 
 ArchiveIntervalDialog::ArchiveIntervalDialog(QWidget *parent)
@@ -65,12 +70,13 @@ void ArchiveIntervalDialog::clearDates()
 
 void ArchiveIntervalDialog::onTimeChanged()
 {
-    const QDateTime from = fromTime();
-    const QDateTime to = toTime();
+    const bool isEnd = sender() == ui_->deTo || sender() == ui_->teTo;
+    // What the operator has set is what he sees; the edits also keep the seconds of clearDates().
+    const QDateTime from = isEnd ? fromTime() : wholeMinute(fromTime());
+    const QDateTime to = isEnd ? wholeMinute(toTime()) : toTime();
     if (from <= to.addSecs(-shortestSeconds)) {
-        return;
-    }
-    if (sender() == ui_->deTo || sender() == ui_->teTo) {
+        setTimes(from, to);
+    } else if (isEnd) {
         setTimes(to.addSecs(-shortestSeconds), to);
     } else {
         setTimes(from, from.addSecs(shortestSeconds));

@@ -7,9 +7,9 @@
 #include "app/shellaccess.h"
 #include "net/events.h"
 #include "net/socketwait.h"
-#include "pages/archivefiles.h"
 #include "pages/archiveintervaldialog.h"
 #include "pages/devicetitle.h"
+#include "pages/dumpfolder.h"
 #include "pages/numberfilter.h"
 #include "pages/passagedetails.h"
 #include "pages/passagetable.h"
@@ -21,7 +21,6 @@
 #include "records/vasksettings.h"
 #include "ui_archivewidget.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
@@ -66,12 +65,10 @@ ArchiveWidget::~ArchiveWidget()
 void ArchiveWidget::createTable()
 {
     model_ = new ScanModel(this);
-    filter_ =
-        new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
-                          ui_->radioButtonNotRegionalSymbols, ui_->radioButtonNotRegionalNumbers},
-                         ScanModel::NumberColumn, this);
-    filter_->proxy()->setSourceModel(model_);
-    ui_->tableViewArchive->setModel(filter_->proxy());
+    filter_ = new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
+                                ui_->radioButtonNotRegionalSymbols,
+                                ui_->radioButtonNotRegionalNumbers, ui_->tableViewArchive},
+                               model_, PassageTable::numbersOf(model_), this);
     menu_ = PassageTable::createMenu(ui_->tableViewArchive, [this] { addToSuffered(); });
 }
 
@@ -100,7 +97,10 @@ void ArchiveWidget::wireTable()
     connect(table, &QTableView::activated, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::clicked, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::customContextMenuRequested, this, &ArchiveWidget::menuRequested);
-    connect(model_, &QAbstractItemModel::modelReset, this, &ArchiveWidget::modelDataChanged);
+    // Of the proxy, which resets with the model: the view, connected before, has then let go of
+    // its current row.
+    connect(filter_->proxy(), &QAbstractItemModel::modelReset, this,
+            &ArchiveWidget::modelDataChanged);
     connect(this, &ArchiveWidget::setTableThreaded, this, &ArchiveWidget::setTable);
 }
 
@@ -151,8 +151,7 @@ void ArchiveWidget::beginDownload(const ArchiveRequest &request)
         lastTo_ = request.to;
     }
     if (!adds) {
-        clearTempData();
-        setTable(ArchiveFiles::record());
+        setTable(QString());
     }
     request_ = request;
     request_.from = lastFrom_;
@@ -176,6 +175,9 @@ void ArchiveWidget::beginJob()
 
 QString ArchiveWidget::getTableFromNetwork(QString host)
 {
+    if (request_.rows == 0 && !beginArchive()) {
+        return QString();
+    }
     request_.host = host;
     ArchiveDownload download(request_);
     QString error = download.fetch();
@@ -187,10 +189,11 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
     }
     error = download.append();
     handover_.rebind(request_.recordFile);
-    if (!error.isEmpty() || SocketWait::interrupted()) {
+    if (!error.isEmpty() || (download.added() == 0 && SocketWait::interrupted())) {
         return error;
     }
-    if (!createPhotoDirs(ArchiveFiles::folder(), QString()).isEmpty()) {
+    const QFileInfo archive(request_.recordFile);
+    if (!createPhotoDirs(archive.absolutePath(), archive.baseName()).isEmpty()) {
         return tr("Vask is busy now. Please try again later.");
     }
     if (download.photos(ArchiveFiles::photosOf(request_.recordFile),
@@ -198,6 +201,15 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
         origin_.set(host);
     }
     return QString();
+}
+
+// Deleting a hundred thousand photos takes its time. False when it was called off.
+bool ArchiveWidget::beginArchive()
+{
+    if (tableOfJob().recordFile.isEmpty()) {
+        clearTempData();
+    }
+    return handover_.rebind(request_.recordFile) && !SocketWait::interrupted();
 }
 
 void ArchiveWidget::finishThread()
@@ -209,6 +221,10 @@ void ArchiveWidget::threadFinished()
 {
     ErrorBrowser::jobError(runner_.result(), this);
     ui_->stackedWidget->setCurrentWidget(ui_->basePage);
+    if (focusWidget() == ui_->cancelProgress) {
+        ui_->tableViewArchive->setFocus(); // while another page is shown the focus stays behind
+    }
+    modelDataChanged(); // its photo may have come
     refreshDeviceString();
 }
 
@@ -238,9 +254,8 @@ void ArchiveWidget::setTable(const QString &name)
         tableName_ = name;
         shownRow_ = -1; // the row of this number is another passage
     }
-    filter_->rebind(ui_->tableViewArchive, [&] { model_->setFileName(name); });
+    filter_->rebind([&] { model_->setFileName(name); });
     ui_->buttonSave->setEnabled(model_->rowCount() > 0);
-    modelDataChanged();
     handover_.done(name);
 }
 
@@ -279,15 +294,9 @@ void ArchiveWidget::showRecord(const QModelIndex &index)
     }
     shownRow_ = row;
     const Scan scan = model_->value(row);
-    const QString photo = photoPath(scan);
+    const QString photo = ArchiveFiles::photo(model_->fileName(), scan);
     photo_->setLayers(photo, PassageDetails::archiveLines(scan));
     ui_->buttonSavePhoto->setEnabled(QFileInfo::exists(photo));
-}
-
-QString ArchiveWidget::photoPath(const Scan &scan) const
-{
-    return ArchiveFiles::photosOf(model_->fileName()) + QLatin1Char('/') +
-           VaskSettings::picFileName(scan);
 }
 
 void ArchiveWidget::enableFilter(int state)
@@ -312,11 +321,6 @@ void ArchiveWidget::addToSuffered()
     }
 }
 
-void ArchiveWidget::newTable()
-{
-    clearTable();
-}
-
 void ArchiveWidget::clearTable()
 {
     handover_.rebind(QString());
@@ -337,11 +341,6 @@ void ArchiveWidget::forgetTable()
     refreshDeviceString();
 }
 
-void ArchiveWidget::clearTempData()
-{
-    ArchiveFiles::removeAll();
-}
-
 void ArchiveWidget::loadTableFromFile()
 {
     const TableFileDialog dialog(this, tr("Open thoroughfare table from file"),
@@ -360,7 +359,9 @@ QString ArchiveWidget::loadTableFromDatFile(QString name)
     if (!error.isEmpty()) {
         return error;
     }
-    handover_.rebind(name);
+    if (!handover_.rebind(name)) {
+        return QString(); // closing
+    }
     Settings::instance()->setLastLoadedArchiveFile(folderOf(name));
     origin_.set(tr("local"));
     postProgress(100);
@@ -375,6 +376,10 @@ QString ArchiveWidget::loadTableFromCSVFile(QString name)
     }
     const QString error = TableLoad::csv(name, ArchiveFiles::record(),
                                          [this](int percent) { postProgress(percent); });
+    if (error.isEmpty()) {
+        // Another table, though the file may be the same. Comes before the binding.
+        QMetaObject::invokeMethod(this, [this] { tableName_.clear(); });
+    }
     handover_.rebind(error.isEmpty() ? ArchiveFiles::record() : before);
     if (error.isEmpty()) {
         Settings::instance()->setLastLoadedArchiveFile(folderOf(name));
@@ -423,21 +428,16 @@ QString ArchiveWidget::saveTableToCSVFile(QString name)
 
 QString ArchiveWidget::saveTableToDatFileAndClear(QString name)
 {
-    const QString plainName = QFileInfo(name).fileName();
-    QDir folder(Settings::instance()->absoluteWorkingDirectory());
-    if (folder.exists(plainName)) {
-        clearTable();
-        return tr("The dump has already been created");
+    QString dump;
+    const QString error = DumpFolder::make(name, &dump);
+    if (error.isEmpty()) {
+        saveTableToDatFile(dump);
+        if (SocketWait::interrupted()) {
+            return QString(); // half saved; the table stays
+        }
     }
-    if (!folder.mkdir(plainName)) {
-        clearTable();
-        return tr("Can't create dump directory");
-    }
-    const QString dump = folder.filePath(plainName + QLatin1Char('/') + plainName);
-    QFile::remove(dump);
-    saveTableToDatFile(dump);
     clearTable();
-    return QString();
+    return error;
 }
 
 QString ArchiveWidget::createPhotoDirs(const QString &base, const QString &name)
@@ -469,7 +469,7 @@ void ArchiveWidget::savePhoto()
     if (name.isEmpty()) {
         return;
     }
-    const QString error = PhotoFiles::copy(photoPath(scan), name);
+    const QString error = PhotoFiles::copy(ArchiveFiles::photo(model_->fileName(), scan), name);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);
     }
@@ -490,6 +490,6 @@ void ArchiveWidget::refreshDeviceString()
 void ArchiveWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    PassageTable::fitColumns(ui_->tableViewArchive, &columnsFitted_);
+    columns_.fit(ui_->tableViewArchive, PassageTable::widestTexts(ui_->tableViewArchive));
     setDeviceString();
 }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "pages/archivedownload.h"
+#include "pages/archivefiles.h"
 #include "pages/jobrunner.h"
+#include "pages/tablecolumns.h"
 #include "pages/tablehandover.h"
 #include "pages/tableorigin.h"
 #include "pages/tablesave.h"
@@ -42,7 +44,8 @@ public:
     void setDeviceString();
 
     // Bodies of the jobs, and what they are made of; the text to show, empty when nothing went
-    // wrong. Called in the GUI thread they take the table as it is now.
+    // wrong. A download takes what loadTableFromNet() has asked for. The others, called in the GUI
+    // thread, take the table as it is now.
     QString getTableFromNetwork(QString host);
     QString loadTableFromDatFile(QString name);
     QString loadTableFromCSVFile(QString name);
@@ -58,10 +61,10 @@ public:
     // Empties the table and forgets where it came from.
     void clearTable();
     // Deletes what was downloaded.
-    static void clearTempData();
+    static void clearTempData() { ArchiveFiles::removeAll(); }
 
 public Q_SLOTS:
-    void newTable();
+    void newTable() { clearTable(); }
     void saveTableToFile();
     void loadTableFromFile();
     void loadTableFromNet();
@@ -95,6 +98,7 @@ private:
     void wireTable();
 
     bool askInterval();
+    bool beginArchive();
     void beginDownload(const ArchiveRequest &request);
     void start(Job::Method method, const QString &argument);
     void beginJob();
@@ -103,7 +107,6 @@ private:
     void forgetTable();
     // Of the running job, or of this moment.
     TableSnapshot tableOfJob() const;
-    QString photoPath(const Scan &scan) const;
     // -1 while there is none.
     int currentRow() const;
 
@@ -118,7 +121,7 @@ private:
     QString tableName_; // the file last bound, also while a job has the table unbound
     int shownRow_ = -1; // of the table, not of the filter
     bool settingCurrent_ = false;
-    bool columnsFitted_ = false;
+    TableColumns columns_;
 
     // Written before a job starts, read by it.
     TableSnapshot jobTable_;

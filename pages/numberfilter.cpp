@@ -5,30 +5,39 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QSortFilterProxyModel>
 #include <QTableView>
 
-NumberFilter::NumberFilter(const Widgets &widgets, int numberColumn, QObject *parent)
+namespace
+{
+
+// So many rows are filtered between two key presses.
+constexpr int rowsAtOnce = 50000;
+constexpr int pauseMsec = 300;
+
+} // namespace
+
+NumberFilter::NumberFilter(const Widgets &widgets, QAbstractItemModel *model,
+                           const NumberSource &source, QObject *parent)
     : QObject(parent)
     , widgets_(widgets)
-    , proxy_(new QSortFilterProxyModel(this))
+    , proxy_(new NumberProxy(source, this))
 {
     validators_[VaskSettings::NumFilterWhole].setRegExp(VaskSettings::numPattern);
     validators_[VaskSettings::NumFilterSymbols].setRegExp(VaskSettings::numPatternSymbols);
     validators_[VaskSettings::NumFilterNumbers].setRegExp(VaskSettings::numPatternNumbers);
-    proxy_->setDynamicSortFilter(true);
-    proxy_->setFilterKeyColumn(numberColumn);
+    pause_.setSingleShot(true);
+    pause_.setInterval(pauseMsec);
+    connect(&pause_, &QTimer::timeout, this, &NumberFilter::filter);
+    proxy_->setSourceModel(model);
+    widgets_.table->setModel(proxy_);
     enable(widgets_.on->checkState());
 }
 
-void NumberFilter::rebind(const QTableView *view, const std::function<void()> &bind)
+void NumberFilter::rebind(const std::function<void()> &bind)
 {
-    QHeaderView *header = view->horizontalHeader();
+    QHeaderView *header = widgets_.table->horizontalHeader();
     const QByteArray columns = header->saveState();
-    QAbstractItemModel *model = proxy_->sourceModel();
-    proxy_->setSourceModel(nullptr);
-    bind();
-    proxy_->setSourceModel(model);
+    proxy_->change(bind);
     header->restoreState(columns);
 }
 
@@ -50,8 +59,27 @@ void NumberFilter::apply()
         typed.clear();
         widgets_.text->clear();
     }
-    proxy_->setFilterRegExp(widgets_.on->isChecked() ? VaskSettings::numFilter(typed, mode())
-                                                     : QRegExp());
+    wanted_ = widgets_.text->isEnabled() ? VaskSettings::numFilter(typed, mode()) : QRegExp();
+    if (proxy_->sourceModel()->rowCount() > rowsAtOnce) {
+        pause_.start();
+    } else {
+        filter();
+    }
+}
+
+void NumberFilter::filter()
+{
+    pause_.stop();
+    if (wanted_ == proxy_->filterRegExp()) {
+        return;
+    }
+    const QAbstractItemModel *model = proxy_->sourceModel();
+    const int row = proxy_->mapToSource(widgets_.table->currentIndex()).row();
+    rebind([this] { proxy_->setFilterRegExp(wanted_); });
+    if (row >= 0) {
+        widgets_.table->setCurrentIndex(
+            proxy_->mapFromSource(model->index(row, proxy_->filterKeyColumn())));
+    }
 }
 
 VaskSettings::NumFilterMode NumberFilter::mode() const

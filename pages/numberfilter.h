@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "pages/numberproxy.h"
 #include "records/vasksettings.h"
 
-#include <QObject>
 #include <QRegExpValidator>
+#include <QTimer>
 
 #include <array>
-#include <functional>
 
 class QCheckBox;
 class QLineEdit;
 class QRadioButton;
-class QSortFilterProxyModel;
 class QTableView;
 
-// The filter group of a page: a check box that switches it on, what the operator types, and in
-// which of three ways it is meant. Switched off, the table shows every row.
+// The filter group of a page and its table: a check box that switches the filter on, what the
+// operator types, and in which of three ways it is meant. Switched off, the table shows every row.
+// The current row stays current if it is still shown. In a long table, where filtering takes a
+// moment, it waits until the operator pauses.
 //
-// The widgets belong to the page's form and outlive this object. GUI thread.
+// Used while the page's form lives. GUI thread.
 class NumberFilter : public QObject
 {
     Q_OBJECT
@@ -30,15 +31,17 @@ public:
         QRadioButton *whole;
         QRadioButton *symbols;
         QRadioButton *numbers;
+        QTableView *table;
     };
 
-    // numberColumn of the tables that the proxy will show.
-    NumberFilter(const Widgets &widgets, int numberColumn, QObject *parent);
+    // Shows the model in the table.
+    NumberFilter(const Widgets &widgets, QAbstractItemModel *model, const NumberSource &source,
+                 QObject *parent);
 
-    QSortFilterProxyModel *proxy() const { return proxy_; }
+    NumberProxy *proxy() const { return proxy_; }
 
-    // Binds the table's model anew while the proxy does not look; the view keeps its columns.
-    void rebind(const QTableView *view, const std::function<void()> &bind);
+    // Binds the model anew while no view looks; the table keeps its columns.
+    void rebind(const std::function<void()> &bind);
 
     // As the check box tells it.
     void enable(int state);
@@ -47,8 +50,11 @@ public:
 
 private:
     VaskSettings::NumFilterMode mode() const;
+    void filter();
 
     Widgets widgets_;
-    QSortFilterProxyModel *proxy_; // a child
+    NumberProxy *proxy_; // a child
     std::array<QRegExpValidator, 3> validators_;
+    QRegExp wanted_;
+    QTimer pause_;
 };

@@ -302,7 +302,7 @@ void OnLineWidget::refreshDeviceString()
 void OnLineWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    PassageTable::fitColumns(ui_->tableViewOnLine, &columnsFitted_);
+    columns_.fit(ui_->tableViewOnLine, PassageTable::widestTexts(ui_->tableViewOnLine));
     setDeviceString();
 }
 

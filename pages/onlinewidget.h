@@ -2,6 +2,7 @@
 #pragma once
 
 #include "net/threadrun.h"
+#include "pages/tablecolumns.h"
 #include "pages/tablesave.h"
 #include "records/deviceindex.h"
 
@@ -109,5 +110,5 @@ private:
     std::unique_ptr<SaveThread> save_;
     bool settingCurrent_ = false;
     bool reportingFullDisk_ = false;
-    bool columnsFitted_ = false;
+    TableColumns columns_;
 };

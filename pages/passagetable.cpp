@@ -14,22 +14,27 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
-void PassageTable::fitColumns(QTableView *table, bool *fitted)
+#include <algorithm>
+
+TableColumns::Widest PassageTable::widestTexts(const QTableView *table)
 {
-    if (*fitted) {
-        return;
-    }
-    *fitted = true;
-    const QFontMetrics metrics = table->fontMetrics();
-    const auto fit = [&](int column, const QString &widest) {
-        table->setColumnWidth(column, metrics.horizontalAdvance(QStringLiteral("    ") + widest));
-    };
-    fit(ScanModel::DateColumn,
-        QDateTime(QDate(2000, 9, 30), QTime(0, 0)).toString(scanModelDateTimeFormat));
-    fit(ScanModel::NumberColumn, QStringLiteral("M000MM000"));
+    TableColumns::Widest widest = {
+        {ScanModel::DateColumn, TableColumns::widestTime(scanModelDateTimeFormat)},
+        {ScanModel::NumberColumn, QStringLiteral("M000MM000")}};
     for (const int column : {ScanModel::InListColumn, ScanModel::GrantedColumn}) {
-        fit(column, table->model()->headerData(column, Qt::Horizontal).toString());
+        widest.emplace_back(column, table->model()->headerData(column, Qt::Horizontal).toString());
     }
+    return widest;
+}
+
+NumberSource PassageTable::numbersOf(const ScanModel *model)
+{
+    return {ScanModel::NumberColumn, Scan::size, [model] { return model->fileName(); },
+            [](const char *record) {
+                Scan scan;
+                std::copy_n(record, Scan::size, scan.data());
+                return ScanModel::shownNumber(scan);
+            }};
 }
 
 ProportionalSclaleWidget *PassageTable::createPhotoView(QLabel *place)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "pages/numberproxy.h"
+#include "pages/tablecolumns.h"
 #include "records/scan.h"
 
 #include <QCoreApplication>
@@ -12,6 +14,7 @@ class QLabel;
 class QMenu;
 class QTableView;
 class QWidget;
+class ScanModel;
 
 // What the tables of passages of the On-line and the Archive page have in common. GUI thread.
 class PassageTable
@@ -19,10 +22,11 @@ class PassageTable
     Q_DECLARE_TR_FUNCTIONS(PassageTable)
 
 public:
-    // Gives time, number and verdicts the room that they need, once: the operator may change it.
-    // When the table is shown, not before: the style, and with it the font, is set after the pages
-    // are made.
-    static void fitColumns(QTableView *table, bool *fitted);
+    // The columns of time, number and verdicts.
+    static TableColumns::Widest widestTexts(const QTableView *table);
+
+    // Where a filter finds the numbers of a table of passages.
+    static NumberSource numbersOf(const ScanModel *model);
 
     // The view of the chosen passage's photo, which fills the label.
     static ProportionalSclaleWidget *createPhotoView(QLabel *place);

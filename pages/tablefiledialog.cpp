@@ -9,7 +9,6 @@ namespace
 {
 
 const QString csvSuffix = QStringLiteral(".csv");
-const QString between = QStringLiteral(";;");
 
 } // namespace
 
@@ -26,14 +25,15 @@ TableFileDialog::TableFileDialog(QWidget *page, const QString &title, const QStr
 
 TableFileDialog::Choice TableFileDialog::load() const
 {
-    const QString name =
-        QFileDialog::getOpenFileName(page_, title_, folder_, dumpFilter_ + between + csvFilter_,
-                                     nullptr, QFileDialog::DontUseNativeDialog);
+    const QString name = QFileDialog::getOpenFileName(
+        page_, title_, folder_, dumpFilter_ + QStringLiteral(";;") + csvFilter_, nullptr,
+        QFileDialog::DontUseNativeDialog);
     return {name, name.endsWith(csvSuffix, Qt::CaseInsensitive)};
 }
 
 TableFileDialog::Choice TableFileDialog::save(First first) const
 {
+    const QString between = QStringLiteral(";;");
     const QString filters = first == First::Dump ? dumpFilter_ + between + csvFilter_
                                                  : csvFilter_ + between + dumpFilter_;
     QString filter;

@@ -2,9 +2,9 @@
 #include "pages/tableload.h"
 
 #include "net/socketwait.h"
+#include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/passagecsv.h"
-#include "records/recordfile.h"
 #include "records/scanmodel.h"
 
 #include <QFile>
@@ -14,32 +14,49 @@ namespace
 
 // A passage's line is some 200 bytes; what is longer is no table.
 constexpr qint64 longestLine = 64 * 1024;
+constexpr int writeStep = 64 * 1024;
 
-QString readPassages(QFile &source, RecordFile &records, const std::function<void(int)> &progress)
+// With its end; what a line has beyond the longest is passed over.
+QByteArray readLine(QFile &source)
+{
+    const QByteArray line = source.readLine(longestLine);
+    QByteArray rest = line;
+    while (!rest.isEmpty() && !rest.endsWith('\n') && !SocketWait::interrupted()) {
+        rest = source.readLine(longestLine);
+    }
+    return line;
+}
+
+} // namespace
+
+QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &progress)
 {
     const CSV codec;
     int shown = -1;
-    source.readLine(longestLine); // the titles
+    readLine(source); // the titles
     while (!source.atEnd()) {
         if (SocketWait::interrupted()) {
-            return TableLoad::tr("Interrupted");
+            return tr("Interrupted");
         }
-        const QStringList fields =
-            codec.decodeRecord(QString::fromLocal8Bit(source.readLine(longestLine)));
-        const bool blank = fields.size() == 1 && fields.first().isEmpty();
-        if (!blank && !records.append(PassageCsv::scan(fields).data())) {
-            return records.errorString();
+        const QByteArray line = readLine(source);
+        if (line.isEmpty()) {
+            return tr("The file cannot be read to its end"); // the stick was pulled out
+        }
+        const QStringList fields = codec.decodeRecord(QString::fromLocal8Bit(line));
+        if (fields.size() > 1 || !fields.first().isEmpty()) {
+            const QString error = take(fields);
+            if (!error.isEmpty()) {
+                return error;
+            }
         }
         const int percent = static_cast<int>(source.pos() * 100 / qMax<qint64>(1, source.size()));
-        if (percent != shown) {
+        if (progress && percent != shown) {
             shown = percent;
             progress(shown);
         }
     }
     return QString();
 }
-
-} // namespace
 
 QString TableLoad::refusal(const QString &name)
 {
@@ -48,21 +65,35 @@ QString TableLoad::refusal(const QString &name)
                                                                      : file.errorString();
 }
 
-QString TableLoad::csv(const QString &source, const QString &recordFile,
-                       const std::function<void(int)> &progress)
+QString TableLoad::csv(const QString &source, const QString &recordFile, const Progress &progress)
 {
     QFile file(source);
     if (!file.open(QIODevice::ReadOnly)) {
         return file.errorString();
     }
-    RecordFile records(recordFile, Scan::size);
-    if (!records.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
-        return records.errorString();
+    WholeFile records(recordFile);
+    QString error = records.open();
+    QByteArray passages;
+    const auto append = [&](const QStringList &fields) {
+        passages.append(PassageCsv::scan(fields).data(), Scan::size);
+        QString writeError;
+        if (passages.size() >= writeStep) {
+            writeError = records.write(passages);
+            passages.clear();
+        }
+        return writeError;
+    };
+    if (error.isEmpty()) {
+        error = lines(file, append, progress);
     }
-    QFile::remove(ScanModel::indexFileOf(recordFile));
-    const QString error = readPassages(file, records, progress);
-    if (!error.isEmpty()) {
-        QFile::resize(recordFile, 0);
+    if (error.isEmpty()) {
+        error = records.write(passages);
+    }
+    if (error.isEmpty()) {
+        error = records.commit();
+    }
+    if (error.isEmpty()) {
+        QFile::remove(ScanModel::indexFileOf(recordFile));
     }
     return error;
 }

@@ -3,6 +3,7 @@
 
 #include "net/socketwait.h"
 #include "pages/photofiles.h"
+#include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/deviceindex.h"
 #include "records/passagecsv.h"
@@ -11,75 +12,11 @@
 #include "records/vasksettings.h"
 
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace
 {
 
 constexpr int copyStep = 64 * 1024;
-
-// A file that appears under its name when all of it is written, and not before. Unbuffered, since
-// a buffer that fails to empty itself at the end keeps no reason for it.
-class WholeFile
-{
-    Q_DECLARE_TR_FUNCTIONS(TableSave)
-
-public:
-    explicit WholeFile(const QString &name)
-        : file_(name)
-    {
-    }
-
-    // Each returns the text of what went wrong.
-    QString open()
-    {
-        return file_.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ? QString() : reason();
-    }
-    QString write(const QByteArray &bytes)
-    {
-        // A disk that fills up takes a part first, and only the next call tells why.
-        for (int done = 0; done < bytes.size();) {
-            const qint64 taken = file_.write(bytes.constData() + done, bytes.size() - done);
-            if (taken <= 0) {
-                return reason();
-            }
-            done += static_cast<int>(taken);
-        }
-        return QString();
-    }
-    QString commit() { return file_.commit() ? QString() : reason(); }
-
-private:
-    // Never empty, which would mean success.
-    QString reason() const
-    {
-        const QString text = file_.errorString();
-        return text.isEmpty() ? tr("The file cannot be written") : text;
-    }
-
-    QSaveFile file_;
-};
-
-QString copyBeginning(const QString &source, WholeFile &destination, qint64 bytes)
-{
-    QFile from(source);
-    if (!from.open(QIODevice::ReadOnly)) {
-        return from.errorString();
-    }
-    QString error = destination.open();
-    for (qint64 rest = bytes; rest > 0 && error.isEmpty();) {
-        const QByteArray piece = from.read(qMin<qint64>(rest, copyStep));
-        if (from.error() != QFileDevice::NoError) {
-            return from.errorString();
-        }
-        if (piece.isEmpty()) {
-            break; // the index may have fewer entries than the table has rows
-        }
-        rest -= piece.size();
-        error = SocketWait::interrupted() ? TableSave::tr("Interrupted") : destination.write(piece);
-    }
-    return error;
-}
 
 } // namespace
 
@@ -104,14 +41,22 @@ QString TableSave::dump(const TableSnapshot &table, const QString &name)
     // Both are written before one appears: an older dump keeps its own index.
     WholeFile records(name);
     WholeFile index(indexName);
-    QString error = copyBeginning(table.recordFile, records, qint64(table.rows) * Scan::size);
+    QString error = records.copyBeginning(table.recordFile, qint64(table.rows) * Scan::size);
     if (error.isEmpty()) {
-        error = copyBeginning(table.indexFile, index, qint64(table.rows) * DeviceIndex::entrySize);
+        // It may have fewer entries than the table has rows.
+        error = index.copyBeginning(table.indexFile, qint64(table.rows) * DeviceIndex::entrySize);
     }
     if (error.isEmpty()) {
         error = records.commit();
     }
-    return error.isEmpty() ? index.commit() : error;
+    if (!error.isEmpty()) {
+        return error;
+    }
+    error = index.commit();
+    if (!error.isEmpty()) {
+        QFile::remove(indexName); // that of the older dump would name other devices
+    }
+    return error;
 }
 
 QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)

@@ -2,6 +2,7 @@
 #include "pages/temporarydata.h"
 
 #include "app/settings.h"
+#include "net/socketwait.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,6 +20,9 @@ void deleteFiles(const QDir &folder)
     const QStringList files =
         folder.entryList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QString &file : files) {
+        if (SocketWait::interrupted()) {
+            return;
+        }
         QFile::remove(folder.filePath(file));
     }
 }

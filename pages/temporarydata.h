@@ -13,7 +13,8 @@ namespace TemporaryData
 bool isFolderOfItsOwn(const QString &path);
 
 // Deletes the files in the folder and in its sub-folders, one level deep; the folders stay, and
-// links are not followed. Does nothing where isFolderOfItsOwn() is false.
+// links are not followed. Does nothing where isFolderOfItsOwn() is false; ends when the thread is
+// interrupted.
 void clear(const QString &path);
 
 } // namespace TemporaryData

@@ -50,6 +50,12 @@ QString ScanModel::indexFileOf(const QString &recordFile)
            VaskSettings::passbaseIndexSuffix();
 }
 
+QString ScanModel::shownNumber(Scan scan)
+{
+    scan.translateFromLocal();
+    return VaskSettings::readableNumber(scan.number());
+}
+
 void ScanModel::setFileName(const QString &name)
 {
     cachedScan_ = Scan();
@@ -152,7 +158,7 @@ QVariant ScanModel::display(int column) const
     case DateColumn:
         return cachedScan_.dateTime().toString(scanModelDateTimeFormat);
     case NumberColumn:
-        return VaskSettings::readableNumber(cachedScan_.number());
+        return shownNumber(cachedScan_);
     case InListColumn:
         return yesOrNo(cachedScan_.isInAccessList());
     case GrantedColumn:

@@ -16,9 +16,9 @@ extern const QString scanModelDateTimeFormat;
 // writes the index.
 //
 // The table of a view lives in the GUI thread; a worker may make one of its own over a file that
-// nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads the
-// files once; changing the cached row does not refresh it until another row was read. A row that
-// the index has no entry for shows the identifier of the row read before it.
+// nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads
+// the files once; changing the cached row does not refresh it until another row was read. A row
+// that the index has no entry for shows the identifier of the row read before it.
 class ScanModel : public StructureFileModel<Scan>
 {
     Q_OBJECT
@@ -40,6 +40,10 @@ public:
 
     // The index file that belongs to a record file.
     static QString indexFileOf(const QString &recordFile);
+
+    // A passage's number as the table shows it: in Latin capitals, with "#" for what was not
+    // readable.
+    static QString shownNumber(Scan scan);
 
     void setFileName(const QString &name) override;
     QString indexFile() const;
