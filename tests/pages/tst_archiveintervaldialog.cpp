@@ -401,11 +401,9 @@ void TestArchiveIntervalDialog::whatStandsThereIsMeant()
     dialog_->setFromTime(at("10:00").addMSecs(26169));
     dialog_->setToTime(at("20:00").addMSecs(26169));
     QTest::keyClicks(enter("teFrom", QDateTimeEdit::HourSection), QStringLiteral("1400"));
-    pressOk();
-    QCOMPARE(dialog_->fromTime(), at("14:00"));
-    QCOMPARE(dialog_->toTime(), at("20:00").addMSecs(26169));
     QTest::keyClicks(enter("teTo", QDateTimeEdit::HourSection), QStringLiteral("1600"));
     pressOk();
+    QCOMPARE(dialog_->fromTime(), at("14:00"));
     QCOMPARE(dialog_->toTime(), at("16:00"));
 }
 
