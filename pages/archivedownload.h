@@ -38,6 +38,8 @@ public:
     QString fetch();
     // Adds the passages, each with the device's identifier in the index.
     QString append();
+    // How many were added, or are to be.
+    int added() const { return last_ - first_ + 1; }
     // Fetches the photos of the added rows into the folder, newest first, as long as the disk has
     // the configured reserve; a photo that cannot be had is left out. progress is called with 1 to
     // 100. False when the disk ran short.
@@ -47,7 +49,6 @@ private:
     QString archiveFile() const;
     void chooseRows();
     QString appendTo(QFile &records, QFile &index) const;
-    int added() const { return last_ - first_ + 1; }
 
     ArchiveRequest request_;
     QTemporaryDir downloads_; // the archive as it came, removed with everything beside it

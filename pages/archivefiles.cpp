@@ -44,7 +44,9 @@ void ArchiveFiles::removeAll()
 {
     if (Settings::instance() != nullptr) {
         TemporaryData::clear(folder());
-        TemporaryData::clear(photosOf(record())); // wherever the settings have put the archive
+        if (QFileInfo(record()).absolutePath() != QFileInfo(folder()).absoluteFilePath()) {
+            TemporaryData::clear(photosOf(record())); // the settings have put the archive elsewhere
+        }
         removeArchive();
     }
 }

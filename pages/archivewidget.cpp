@@ -97,8 +97,10 @@ void ArchiveWidget::wireTable()
     connect(table, &QTableView::activated, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::clicked, this, &ArchiveWidget::showRecord);
     connect(table, &QTableView::customContextMenuRequested, this, &ArchiveWidget::menuRequested);
-    connect(filter_, &NumberFilter::filtered, this, &ArchiveWidget::modelDataChanged);
-    connect(model_, &QAbstractItemModel::modelReset, this, &ArchiveWidget::modelDataChanged);
+    // Of the proxy, which resets with the model: the view, connected before, has then let go of
+    // its current row.
+    connect(filter_->proxy(), &QAbstractItemModel::modelReset, this,
+            &ArchiveWidget::modelDataChanged);
     connect(this, &ArchiveWidget::setTableThreaded, this, &ArchiveWidget::setTable);
 }
 
@@ -134,8 +136,6 @@ bool ArchiveWidget::askInterval()
     if (lastFrom_.isValid() && lastTo_.isValid()) {
         interval_->setFromTime(lastFrom_);
         interval_->setToTime(lastTo_);
-    } else {
-        interval_->clearDates(); // the panel may have been on for days
     }
     interval_->adjustSize();
     interval_->move(mapToGlobal(rect().center()) - interval_->rect().center());
@@ -189,7 +189,7 @@ QString ArchiveWidget::getTableFromNetwork(QString host)
     }
     error = download.append();
     handover_.rebind(request_.recordFile);
-    if (!error.isEmpty() || SocketWait::interrupted()) {
+    if (!error.isEmpty() || (download.added() == 0 && SocketWait::interrupted())) {
         return error;
     }
     const QFileInfo archive(request_.recordFile);
@@ -256,7 +256,6 @@ void ArchiveWidget::setTable(const QString &name)
     }
     filter_->rebind([&] { model_->setFileName(name); });
     ui_->buttonSave->setEnabled(model_->rowCount() > 0);
-    modelDataChanged();
     handover_.done(name);
 }
 
@@ -349,17 +348,9 @@ void ArchiveWidget::loadTableFromFile()
                                  VaskSettings::passbaseSuffix());
     const auto [name, isCsv] = dialog.load();
     if (!name.isEmpty()) {
-        load(isCsv ? &ArchiveWidget::loadTableFromCSVFile : &ArchiveWidget::loadTableFromDatFile,
-             name);
+        start(isCsv ? &ArchiveWidget::loadTableFromCSVFile : &ArchiveWidget::loadTableFromDatFile,
+              name);
     }
-}
-
-void ArchiveWidget::load(Job::Method method, const QString &name)
-{
-    runner_.run(method, name, &ArchiveWidget::threadFinished, [this] {
-        beginJob();
-        tableName_.clear(); // also a file of the same name is another table
-    });
 }
 
 QString ArchiveWidget::loadTableFromDatFile(QString name)
@@ -385,6 +376,10 @@ QString ArchiveWidget::loadTableFromCSVFile(QString name)
     }
     const QString error = TableLoad::csv(name, ArchiveFiles::record(),
                                          [this](int percent) { postProgress(percent); });
+    if (error.isEmpty()) {
+        // Another table, though the file may be the same. Comes before the binding.
+        QMetaObject::invokeMethod(this, [this] { tableName_.clear(); });
+    }
     handover_.rebind(error.isEmpty() ? ArchiveFiles::record() : before);
     if (error.isEmpty()) {
         Settings::instance()->setLastLoadedArchiveFile(folderOf(name));

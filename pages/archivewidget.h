@@ -97,7 +97,6 @@ private:
     void wire();
     void wireTable();
 
-    void load(Job::Method method, const QString &name);
     bool askInterval();
     bool beginArchive();
     void beginDownload(const ArchiveRequest &request);

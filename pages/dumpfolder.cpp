@@ -10,7 +10,7 @@ QString DumpFolder::make(const QString &name, QString *dump)
 {
     const QString plainName = QFileInfo(name).fileName();
     const QDir folder(Settings::instance()->absoluteWorkingDirectory());
-    if (folder.exists(plainName)) {
+    if (QFileInfo(folder.filePath(plainName)).isDir()) {
         return tr("The dump has already been created");
     }
     if (!folder.mkdir(plainName)) {

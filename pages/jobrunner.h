@@ -70,7 +70,8 @@ public:
         waiting_.clear();
         if (current_.job) {
             current_.job->requestInterruption();
-            current_.job.reset();
+            current_ = Step();
+            busy_ = false;
         }
     }
 
@@ -92,9 +93,14 @@ private:
             }
             if (current_.job) {
                 cancelled_ = false;
-                QObject::connect(current_.job.get(), &QThread::finished, page_,
-                                 [this] { finishCurrent(); });
-                current_.job->start();
+                // A job that was stopped may have told its end already.
+                const QPointer<QThread> job(current_.job.get());
+                QObject::connect(job, &QThread::finished, page_, [this, job] {
+                    if (!job.isNull()) {
+                        finishCurrent();
+                    }
+                });
+                job->start();
                 return;
             }
             busy_ = false;

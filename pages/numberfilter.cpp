@@ -80,7 +80,6 @@ void NumberFilter::filter()
         widgets_.table->setCurrentIndex(
             proxy_->mapFromSource(model->index(row, proxy_->filterKeyColumn())));
     }
-    Q_EMIT filtered();
 }
 
 VaskSettings::NumFilterMode NumberFilter::mode() const

@@ -48,10 +48,6 @@ public:
     // What is typed and how it is meant. A text that cannot be typed in this way is cleared.
     void apply();
 
-Q_SIGNALS:
-    // The table shows other rows.
-    void filtered();
-
 private:
     VaskSettings::NumFilterMode mode() const;
     void filter();

@@ -38,9 +38,10 @@ bool NumberProxy::filterAcceptsRow(int row, const QModelIndex &parent) const
 // Empty where the table itself must be asked.
 QBitArray NumberProxy::matches() const
 {
-    QFile file(source_.file());
+    const QString name = source_.file();
     const QRegExp expression = filterRegExp();
-    if (expression.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+    QFile file(name);
+    if (name.isEmpty() || expression.isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return QBitArray();
     }
     QBitArray found(static_cast<int>(file.size() / source_.recordSize));

@@ -5,10 +5,10 @@
 #include "app/shellaccess.h"
 #include "net/events.h"
 #include "pages/proportionalsclalewidget.h"
-#include "pages/savefiledialog.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 
+#include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QTableView>
@@ -58,9 +58,10 @@ QString PassageTable::askPhotoName(QWidget *page, const Scan &scan)
 {
     const QString start =
         Settings::instance()->lastSavedPhoto() + QLatin1Char('/') + VaskSettings::picFileName(scan);
-    return SaveFileDialog::ask(page, tr("Save photo to file"), start,
-                               {{tr("Image file (*.jpeg)"), QStringLiteral(".jpeg")}})
-        .name;
+    const QString name = QFileDialog::getSaveFileName(page, tr("Save photo to file"), start,
+                                                      tr("Image file (*.jpeg)"), nullptr,
+                                                      QFileDialog::DontUseNativeDialog);
+    return name.isEmpty() ? name : Settings::extended(name, QStringLiteral(".jpeg"));
 }
 
 void PassageTable::addToAccessList(const Scan &scan)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/tablefiledialog.h"
 
-#include "pages/savefiledialog.h"
+#include "app/settings.h"
 
 #include <QFileDialog>
 
@@ -33,10 +33,15 @@ TableFileDialog::Choice TableFileDialog::load() const
 
 TableFileDialog::Choice TableFileDialog::save(First first) const
 {
-    const SaveFileDialog::Form dump{dumpFilter_, suffix_};
-    const SaveFileDialog::Form csv{csvFilter_, csvSuffix};
-    const bool dumpFirst = first == First::Dump;
-    const auto [name, form] = dumpFirst ? SaveFileDialog::ask(page_, title_, folder_, {dump, csv})
-                                        : SaveFileDialog::ask(page_, title_, folder_, {csv, dump});
-    return {name, dumpFirst == (form == 1)};
+    const QString between = QStringLiteral(";;");
+    const QString filters = first == First::Dump ? dumpFilter_ + between + csvFilter_
+                                                 : csvFilter_ + between + dumpFilter_;
+    QString filter;
+    const QString name = QFileDialog::getSaveFileName(page_, title_, folder_, filters, &filter,
+                                                      QFileDialog::DontUseNativeDialog);
+    if (name.isEmpty()) {
+        return {};
+    }
+    const bool isCsv = filter == csvFilter_;
+    return {Settings::extended(name, isCsv ? csvSuffix : suffix_), isCsv};
 }

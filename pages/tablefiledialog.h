@@ -27,7 +27,7 @@ public:
 
     // By the name's ending.
     Choice load() const;
-    // By the filter that was chosen, of which one stands first; see SaveFileDialog.
+    // By the filter that was chosen, of which one stands first; a missing ending is added.
     Choice save(First first) const;
 
 private:

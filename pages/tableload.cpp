@@ -16,19 +16,33 @@ namespace
 constexpr qint64 longestLine = 64 * 1024;
 constexpr int writeStep = 64 * 1024;
 
+// With its end; what a line has beyond the longest is passed over.
+QByteArray readLine(QFile &source)
+{
+    const QByteArray line = source.readLine(longestLine);
+    QByteArray rest = line;
+    while (!rest.isEmpty() && !rest.endsWith('\n') && !SocketWait::interrupted()) {
+        rest = source.readLine(longestLine);
+    }
+    return line;
+}
+
 } // namespace
 
 QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &progress)
 {
     const CSV codec;
     int shown = -1;
-    source.readLine(longestLine); // the titles
+    readLine(source); // the titles
     while (!source.atEnd()) {
         if (SocketWait::interrupted()) {
             return tr("Interrupted");
         }
-        const QStringList fields =
-            codec.decodeRecord(QString::fromLocal8Bit(source.readLine(longestLine)));
+        const QByteArray line = readLine(source);
+        if (line.isEmpty()) {
+            return tr("The file cannot be read to its end"); // the stick was pulled out
+        }
+        const QStringList fields = codec.decodeRecord(QString::fromLocal8Bit(line));
         if (fields.size() > 1 || !fields.first().isEmpty()) {
             const QString error = take(fields);
             if (!error.isEmpty()) {

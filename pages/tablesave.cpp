@@ -42,9 +42,7 @@ QString TableSave::dump(const TableSnapshot &table, const QString &name)
     WholeFile records(name);
     WholeFile index(indexName);
     QString error = records.copyBeginning(table.recordFile, qint64(table.rows) * Scan::size);
-    if (error.isEmpty() && !QFileInfo::exists(table.indexFile)) {
-        error = index.open(); // none could be made beside the table
-    } else if (error.isEmpty()) {
+    if (error.isEmpty()) {
         // It may have fewer entries than the table has rows.
         error = index.copyBeginning(table.indexFile, qint64(table.rows) * DeviceIndex::entrySize);
     }
@@ -113,10 +111,7 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
     const auto copy = [&](const Scan &scan) {
         const QString name = QLatin1Char('/') + VaskSettings::picFileName(scan);
         if (QFileInfo::exists(from + name) && !PhotoFiles::isSameFile(from + name, to + name)) {
-            const QString error = PhotoFiles::copy(from + name, to + name);
-            if (!errors.contains(error)) {
-                errors << error; // a full disk says the same of thousands
-            }
+            errors << PhotoFiles::copy(from + name, to + name);
         }
         return true;
     };

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Draws the program's icon: a raised barrier over a number plate.
+"""Draws the program's icon, a raised barrier over a number plate, and the pictures of two buttons.
 
-Run it in this folder after a change: it writes icon1.svg and icon1.ico (16 to 256 px) from the
-one list of shapes below, so the two never differ. Needs nothing but Python 3.
+Run it in this folder after a change: it writes icon1.svg and icon1.ico (16 to 256 px) from one list
+of shapes, so the two never differ, and apply.png and cancel.png (twice the size that buttons show
+them in, for finer screens). Needs nothing but Python 3.
 """
 import struct
 import zlib
@@ -11,8 +12,10 @@ import zlib
 SIDE = 64
 SAMPLES = 4
 SIZES = (16, 24, 32, 48, 64, 128, 256)
+BUTTON_SIZE = 48
 
 DARK, LIGHT, RED, INK = '#1c2329', '#f0f4f7', '#d9362b', '#12171b'
+YES, NO = '#7fdb9a', '#ff9a8f'  # light enough for dark buttons
 
 
 def rounded(x, y, w, h, r):
@@ -24,9 +27,8 @@ def rounded(x, y, w, h, r):
             for cx, cy, start in centres for step in range(7)]
 
 
-def arm(begin, end):
-    """A piece of the barrier's arm, between two shares of its length."""
-    ax, ay, bx, by, half = 15.0, 35.0, 57.0, 12.0, 3.6
+def bar(ax, ay, bx, by, half, begin=0.0, end=1.0):
+    """A piece of a straight bar, between two shares of its length."""
     length = ((bx - ax) ** 2 + (by - ay) ** 2) ** 0.5
     nx, ny = -(by - ay) / length * half, (bx - ax) / length * half
     x0, y0 = ax + (bx - ax) * begin, ay + (by - ay) * begin
@@ -34,7 +36,12 @@ def arm(begin, end):
     return [(x0 + nx, y0 + ny), (x1 + nx, y1 + ny), (x1 - nx, y1 - ny), (x0 - nx, y0 - ny)]
 
 
-SHAPES = [
+def arm(begin, end):
+    """A piece of the barrier's arm."""
+    return bar(15.0, 35.0, 57.0, 12.0, 3.6, begin, end)
+
+
+ICON = [
     (rounded(0, 0, SIDE, SIDE, 12), DARK),
     (arm(0, 1), LIGHT),
     (arm(0.2, 0.4), RED),
@@ -47,11 +54,16 @@ SHAPES = [
     (rounded(30, 46.5, 6, 6, 1), LIGHT),
     (rounded(42, 46.5, 9, 6, 1), LIGHT),
 ]
+# The ends of bars that meet are round, by a small disc.
+APPLY = [(bar(11, 35, 26, 50, 5), YES), (bar(26, 50, 54, 16, 5), YES)] + [
+    (rounded(x - 5, y - 5, 10, 10, 5), YES) for x, y in ((11, 35), (26, 50), (54, 16))]
+CANCEL = [(bar(14, 14, 50, 50, 5), NO), (bar(50, 14, 14, 50, 5), NO)] + [
+    (rounded(x - 5, y - 5, 10, 10, 5), NO) for x in (14, 50) for y in (14, 50)]
 
 
 def svg():
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {SIDE} {SIDE}">']
-    for points, colour in SHAPES:
+    for points, colour in ICON:
         path = ' '.join(f'{x:.2f},{y:.2f}' for x, y in points)
         lines.append(f'  <polygon fill="{colour}" points="{path}"/>')
     return '\n'.join(lines + ['</svg>', ''])
@@ -67,11 +79,11 @@ def spans(points, y):
     return zip(cuts[::2], cuts[1::2])
 
 
-def pixels(size):
+def pixels(shapes, size):
     """Rows of RGBA bytes, each pixel the mean of its samples."""
     fine = size * SAMPLES
     grid = [[None] * fine for _ in range(fine)]
-    for points, colour in SHAPES:
+    for points, colour in shapes:
         for row in range(fine):
             for left, right in spans(points, (row + 0.5) * SIDE / fine):
                 first = max(0, round(left * fine / SIDE))
@@ -87,19 +99,19 @@ def pixels(size):
         yield bytes(line)
 
 
-def png(size):
+def png(shapes, size):
     def chunk(name, data):
         body = name + data
         return struct.pack('>I', len(data)) + body + struct.pack('>I', zlib.crc32(body))
 
-    raw = b''.join(b'\0' + line for line in pixels(size))
+    raw = b''.join(b'\0' + line for line in pixels(shapes, size))
     header = struct.pack('>IIBBBBB', size, size, 8, 6, 0, 0, 0)
     return (b'\x89PNG\r\n\x1a\n' + chunk(b'IHDR', header) + chunk(b'IDAT', zlib.compress(raw, 9))
             + chunk(b'IEND', b''))
 
 
 def ico():
-    pictures = [png(size) for size in SIZES]
+    pictures = [png(ICON, size) for size in SIZES]
     offset = 6 + 16 * len(SIZES)
     entries = b''
     for size, picture in zip(SIZES, pictures):
@@ -113,3 +125,6 @@ if __name__ == '__main__':
         file.write(svg())
     with open('icon1.ico', 'wb') as file:
         file.write(ico())
+    for name, shapes in (('apply.png', APPLY), ('cancel.png', CANCEL)):
+        with open(name, 'wb') as file:
+            file.write(png(shapes, BUTTON_SIZE))

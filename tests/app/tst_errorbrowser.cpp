@@ -3,6 +3,7 @@
 
 #include "style/brelstyle.h"
 #include "style/metrics.h"
+#include "tests/support/modalanswers.h"
 #include "tests/support/testmain.h"
 
 #include <QPushButton>
@@ -67,6 +68,10 @@ private Q_SLOTS:
     void keysClose();
     void faceAndNames();
     void linksAreNotFollowed();
+    void tellsWhatAJobReturned_data();
+    void tellsWhatAJobReturned();
+    void saysNothingOfASuccess_data();
+    void saysNothingOfASuccess();
 };
 
 void TestErrorBrowser::initTestCase()
@@ -175,6 +180,55 @@ void TestErrorBrowser::linksAreNotFollowed()
     auto *browser = dialog.findChild<QTextBrowser *>();
     QVERIFY(!browser->openLinks());
     QVERIFY(!browser->openExternalLinks());
+}
+
+void TestErrorBrowser::tellsWhatAJobReturned_data()
+{
+    QTest::addColumn<QString>("result");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *result, const char *shown) {
+        QTest::newRow(QByteArray(result).simplified().constData())
+            << QString::fromLatin1(result) << QString::fromLatin1(shown);
+    };
+    row("Connection timeout", "Connection timeout");
+    row("Error=Can't open file", "Can't open file");
+    row("Error=Error=twice", "Error=twice");
+    row("error=small", "error=small");
+    row(" Error=behind a blank", " Error=behind a blank");
+    row("Error", "Error");
+    row("Error = spaced", "Error = spaced");
+    row("first\nError=second", "first\nError=second");
+    row("Error=1 < 2", "1 < 2");
+    row("Error=<b>bold</b>", "bold");
+}
+
+void TestErrorBrowser::tellsWhatAJobReturned()
+{
+    QFETCH(const QString, result);
+    QFETCH(const QString, shown);
+    QWidget page;
+    const Seen seen = look([&] { ErrorBrowser::jobError(result, &page); });
+    QCOMPARE(seen.title, QStringLiteral("Error"));
+    QCOMPARE(seen.text, shown);
+    QCOMPARE(seen.parent, &page);
+    QVERIFY(seen.modal);
+}
+
+void TestErrorBrowser::saysNothingOfASuccess_data()
+{
+    QTest::addColumn<QString>("result");
+    QTest::newRow("null") << QString();
+    QTest::newRow("empty") << QStringLiteral("");
+    QTest::newRow("the prefix alone") << QStringLiteral("Error=");
+}
+
+void TestErrorBrowser::saysNothingOfASuccess()
+{
+    QFETCH(const QString, result);
+    ModalAnswers answers; // closes what appears
+    ErrorBrowser::jobError(result, nullptr);
+    QCOMPARE(answers.unexpected(), QStringList());
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
 }
 
 STALLO_TEST_MAIN(TestErrorBrowser)

@@ -11,6 +11,7 @@
 #include "style/brelwindow.h"
 #include "style/brelwindowtitle.h"
 #include "tests/support/devices.h"
+#include "tests/support/modalanswers.h"
 #include "tests/support/testmain.h"
 
 #include <QAbstractButton>
@@ -101,8 +102,12 @@ private Q_SLOTS:
         expectPage(1, 1);
         window_->selectTab(MainWindow::OnLineTab, QString());
         expectPage(2, 2);
+        // Without an address the page asks for one.
+        ModalAnswers guard;
+        guard.expect(ModalAnswers::pressing("buttonCancel"));
         window_->selectTab(MainWindow::ArchiveTab, QString());
         expectPage(0, 0);
+        QCOMPARE(guard.left(), 0);
         for (const int unknown : {-1, 3, 100}) {
             window_->selectTab(static_cast<MainWindow::eTabSelector>(unknown),
                                QStringLiteral("127.0.0.9"));

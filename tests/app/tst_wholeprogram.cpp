@@ -4,11 +4,14 @@
 #include "records/scan.h"
 #include "records/vasksettings.h"
 #include "simulator/livefeed.h"
+#include "tests/support/archivedevice.h"
+#include "tests/support/archivepage.h"
 #include "tests/support/blackhole.h"
 #include "tests/support/devices.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -182,6 +185,65 @@ private Q_SLOTS:
         }
     }
 
+    void downloadsArchive()
+    {
+        constexpr int rows = 60;
+        const ArchiveDevice archive(device(), ArchiveDevice::passages(rows));
+        start({QStringLiteral("--archive"), device().address()});
+        QTRY_COMPARE_WITH_TIMEOUT(photoNames().size(), rows, patience);
+        QCOMPARE(archiveContent(QStringLiteral("tmppassbase.tpp")), archive.records(0, rows - 1));
+        QCOMPARE(archiveContent(QStringLiteral("tmppassbase.tpp.index")), archive.index(rows));
+        for (int row = 0; row < rows; ++row) {
+            QTRY_COMPARE(
+                archiveContent(QStringLiteral("tmppassbase.jpegdata/") + archive.photoName(row)),
+                archive.photo(row));
+        }
+        QCOMPARE(device().onLineConnections(), 0);
+        endBySignal();
+        expectNoArchive();
+    }
+
+    void closesDuringDownload_data()
+    {
+        QTest::addColumn<QString>("state");
+        for (const char *state : {"identifier", "silent device", "transfer", "photos",
+                                  "error dialog", "error dialog, by the desktop"}) {
+            QTest::newRow(state) << QString::fromLatin1(state);
+        }
+    }
+    void closesDuringDownload()
+    {
+        QFETCH(QString, state);
+        const ArchiveDevice archive(device(), ArchiveDevice::passages(60));
+        const bool dialog = state.startsWith(QLatin1String("error dialog"));
+        QString awaited = DevicePaths::archive();
+        if (state == QLatin1String("identifier")) {
+            awaited = DevicePaths::streams();
+            device().files().remove(awaited);
+        } else if (state == QLatin1String("silent device")) {
+            awaited = DevicePaths::streams();
+            device().faults().add(Fault::silent());
+        } else if (state == QLatin1String("transfer")) {
+            device().faults().add(Fault::trickle(4, 1).on(awaited));
+        } else if (state == QLatin1String("photos")) {
+            awaited = archive.remotePhoto(30);
+            device().faults().add(Fault::silent().on(awaited));
+        } else {
+            device().files().remove(awaited);
+        }
+        start({device().address(), QStringLiteral("--archive")});
+        QTRY_VERIFY_WITH_TIMEOUT(device().journal().countRequests(awaited) > 0, patience);
+        if (dialog) {
+            QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("^Error$")), patience);
+        }
+        if (state.endsWith(QLatin1String("desktop"))) {
+            endByDesktop();
+        } else {
+            endBySignal();
+        }
+        expectNoArchive();
+    }
+
 private:
     DeviceHost &device() { return devices_->first(); }
     static QString program() { return QStringLiteral(STALLO_PROGRAM); }
@@ -319,6 +381,23 @@ private:
     qint64 fileSize(const QString &name) const
     {
         return QFileInfo(home_->filePath(QStringLiteral("Stallo/OnLineTemp/")) + name).size();
+    }
+    QString archiveFolder() const { return home_->filePath(QStringLiteral("Stallo/ArchiveTemp/")); }
+    QByteArray archiveContent(const QString &name) const
+    {
+        return ArchivePage::content(archiveFolder() + name);
+    }
+    QStringList photoNames() const
+    {
+        return QDir(archiveFolder() + QStringLiteral("tmppassbase.jpegdata"))
+            .entryList({QStringLiteral("*.jpeg")}, QDir::Files);
+    }
+    // The program went the whole way to its end: what it had downloaded is gone.
+    void expectNoArchive() const
+    {
+        QDirIterator files(archiveFolder(), QDir::Files | QDir::Hidden,
+                           QDirIterator::Subdirectories);
+        QVERIFY2(!files.hasNext(), qPrintable(files.next()));
     }
     QString settingsFile() const
     {

@@ -7,6 +7,7 @@
 #include "tests/support/testmain.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -23,6 +24,24 @@ QByteArray content(int size)
     }
     return bytes;
 }
+
+// A stream of zeros, as fast as it can be taken.
+class Zeros : public FileContent
+{
+public:
+    explicit Zeros(qint64 size)
+        : size_(size)
+    {
+    }
+    qint64 size() const override { return size_; }
+    QByteArray read(qint64 offset, qint64 length) const override
+    {
+        return QByteArray(static_cast<int>(qMin(length, size_ - offset)), '\0');
+    }
+
+private:
+    qint64 size_;
+};
 
 const char *timeoutText = "Timeout when reading file from vask";
 const char *refusedText = "Can't download proper data";
@@ -202,6 +221,64 @@ private Q_SLOTS:
         run.wait();
         QVERIFY(clock.elapsed() < 300);
         QVERIFY(!run.result());
+    }
+
+    void endsOnInterruptionWhileDataStreamIn()
+    {
+        device().files().setMaker(
+            path, [](const QString &) { return std::make_shared<Zeros>(qint64(300) << 20); });
+        ThreadRun<TestGetFile, QString, bool> run(this, &TestGetFile::fetch, device().address());
+        run.start();
+        QTRY_VERIFY(QFileInfo(local_).size() > 1 << 20);
+        QElapsedTimer clock;
+        clock.start();
+        run.requestInterruption();
+        run.wait();
+        QVERIFY(clock.elapsed() < 300);
+        QVERIFY(!run.result());
+    }
+
+    void endsWithTheNextBlock_data()
+    {
+        QTest::addColumn<int>("limit");
+        for (const int limit : {0, 1, 20000, 1000000}) {
+            QTest::addRow("%d bytes", limit) << limit;
+        }
+    }
+    void endsWithTheNextBlock()
+    {
+        // However much has come by then: it need not wait for anything to be called off.
+        QFETCH(int, limit);
+        device().files().set(path, content(3000000));
+        GetFile get(device().address(), local_, nullptr);
+        bool calledOff = false;
+        get.setCancelled([&] {
+            const QFileInfo file(local_);
+            calledOff = calledOff || (file.exists() && file.size() >= limit);
+            return calledOff;
+        });
+        QVERIFY(!get(path));
+        QVERIFY(get.transferFailed());
+        QCOMPARE(get.transferError(), QString::fromLatin1(timeoutText));
+        QCOMPARE(get.state(), QAbstractSocket::UnconnectedState);
+        QVERIFY2(localContent().size() < limit + 1024,
+                 qPrintable(QString::number(localContent().size())));
+        QCOMPARE(localContent(), content(3000000).left(localContent().size()));
+    }
+
+    void calledOffBeforeItBegins()
+    {
+        writeOld();
+        device().files().set(path, content(5000));
+        GetFile get(device().address(), local_, nullptr);
+        get.setCancelled([] { return true; });
+        QVERIFY(!get(path));
+        QVERIFY(!get.transferError().isEmpty());
+        QCOMPARE(localContent(), QByteArray("old"));
+        QCOMPARE(device().journal().countRequests(path), 0);
+        get.setCancelled([] { return false; });
+        QVERIFY(get(path));
+        QCOMPARE(localContent(), content(5000));
     }
 
     void copiesTexts()

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void cleanup() { VaskSettings::init(); }
 
     void ordersLines();
+    void ordersArchiveLines();
+    void keepsEachTextOnItsLine();
     void number_data();
     void number();
     void accessWay_data();
@@ -56,6 +58,44 @@ void TestPassageDetails::ordersLines()
                           QStringLiteral("The number is not registered"),
                           QStringLiteral("The thoroughfare is not granted"),
                           QStringLiteral("Comment: "), QStringLiteral("Access key: ")}));
+}
+
+void TestPassageDetails::ordersArchiveLines()
+{
+    Scan scan = passage("A?01B*77", "123");
+    scan.setComment(QStringLiteral("<b>Novak</b>"));
+    scan.setAccessGranted(true);
+    QCOMPARE(PassageDetails::archiveLines(scan),
+             (QStringList{
+                 QStringLiteral("Number: A#01B#77"), QStringLiteral("Date: 03:04:05 02.01.2026"),
+                 QStringLiteral("The thoroughfare is granted"),
+                 QStringLiteral("The number is not registered"),
+                 QStringLiteral("Access: granted automatically"), QStringLiteral("Access key: 123"),
+                 QStringLiteral("Comment: <b>Novak</b>")}));
+    Scan card = passage("O000OO00", "7");
+    card.setInAccessList(true);
+    QCOMPARE(PassageDetails::archiveLines(card),
+             (QStringList{QStringLiteral("Number: O000OO00"),
+                          QStringLiteral("Date: 03:04:05 02.01.2026"),
+                          QStringLiteral("The thoroughfare is not granted"),
+                          QStringLiteral("The number is registered"),
+                          QStringLiteral("Access: granted by card"),
+                          QStringLiteral("Access key: 7"), QStringLiteral("Comment: ")}));
+    QCOMPARE(PassageDetails::archiveLines(Scan()),
+             (QStringList{QStringLiteral("Number: "), QStringLiteral("Date: "),
+                          QStringLiteral("The thoroughfare is not granted"),
+                          QStringLiteral("The number is not registered"),
+                          QStringLiteral("Access: granted automatically"),
+                          QStringLiteral("Access key: "), QStringLiteral("Comment: ")}));
+}
+
+void TestPassageDetails::keepsEachTextOnItsLine()
+{
+    Scan scan = passage("A\n1", "1\r2");
+    scan.setComment(QStringLiteral("one\r\ntwo\n"));
+    QCOMPARE(PassageDetails::number(scan), QStringLiteral("Number: A 1"));
+    QCOMPARE(PassageDetails::accessKey(scan), QStringLiteral("Access key: 1 2"));
+    QCOMPARE(PassageDetails::comment(scan), QStringLiteral("Comment: one  two "));
 }
 
 void TestPassageDetails::number_data()

@@ -2,13 +2,15 @@
 #include "pages/tablesave.h"
 
 #include "records/csv.h"
+#include "tests/pages/jobthread.h"
 #include "tests/support/filelimit.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QThread>
+
+#include <algorithm>
 
 namespace
 {
@@ -38,27 +40,12 @@ QByteArray lineOf(int n)
            QByteArray::number(n) + ';';
 }
 
-// Asks its own thread to end before it runs the job.
-class InterruptedThread : public QThread
-{
-public:
-    explicit InterruptedThread(std::function<void()> job)
-        : job_(std::move(job))
-    {
-    }
-
-protected:
-    void run() override
-    {
-        requestInterruption();
-        job_();
-    }
-
-private:
-    std::function<void()> job_;
-};
-
 using Save = QString (*)(const TableSnapshot &, const QString &);
+
+QString quotedCsv(const TableSnapshot &table, const QString &name)
+{
+    return TableSave::csv(table, name, TableSave::Progress());
+}
 
 } // namespace
 
@@ -85,6 +72,10 @@ private Q_SLOTS:
     void writesCsvOfExactlyTheRows_data();
     void writesCsvOfExactlyTheRows();
     void writesCsvInTheLocalEncoding();
+    void quotesFields();
+    void quotesNothingElse();
+    void tellsProgress_data();
+    void tellsProgress();
     void refusesOwnFiles_data();
     void refusesOwnFiles();
     void reportsFullDisk_data();
@@ -213,6 +204,72 @@ void TestTableSave::writesCsvInTheLocalEncoding()
     QVERIFY(content("stick/list.csv").endsWith(';' + scan.comment().toLocal8Bit() + ';'));
 }
 
+void TestTableSave::quotesFields()
+{
+    Scan first = passage(0);
+    first.setIncoming(true);
+    first.setInAccessList(true);
+    first.setAccessGranted(true);
+    first.setComment(QStringLiteral("semi;colon"));
+    first.setAccessKey(QStringLiteral("com,ma"));
+    Scan second = passage(1);
+    second.setComment(QStringLiteral("say \"A\"\nor\r\nnot"));
+    second.setAccessKey(QStringLiteral("plain"));
+    Scan third = passage(2);
+    third.setNumber(QStringLiteral(";\","));
+    third.setComment(QString());
+    QByteArray records;
+    QStringList times;
+    for (const Scan &scan : {first, second, third}) {
+        records.append(scan.data(), Scan::size);
+        times << scan.dateTime().toString(CSV::dateFormat());
+    }
+    write("table.tpp", records);
+    QCOMPARE(quotedCsv(table(3), below("stick/list.csv")), QString());
+    QCOMPARE(content("stick/list.csv"), "One;Two;2\n" + times.at(0).toLatin1() +
+                                            ";A000BC77;1;1;1;\"semi;colon\";\"com,ma\"\n" +
+                                            times.at(1).toLatin1() +
+                                            ";A001BC77;0;0;0;\"say \"\"A\"\" or not\";plain\n" +
+                                            times.at(2).toLatin1() + ";\";\"\",\";0;0;0;;");
+}
+
+void TestTableSave::quotesNothingElse()
+{
+    make(3000);
+    QCOMPARE(TableSave::plainCsv(table(2999), below("stick/plain.csv")), QString());
+    QCOMPARE(quotedCsv(table(2999), below("stick/list.csv")), QString());
+    QCOMPARE(content("stick/list.csv"), content("stick/plain.csv"));
+    QCOMPARE(quotedCsv(table(0), below("stick/list.csv")), QString());
+    QCOMPARE(content("stick/list.csv"), QByteArray("One;Two;2"));
+}
+
+void TestTableSave::tellsProgress_data()
+{
+    QTest::addColumn<int>("rows");
+    for (const int rows : {0, 1, 3, 10, 100, 101, 2999}) {
+        QTest::addRow("%d rows", rows) << rows;
+    }
+}
+
+void TestTableSave::tellsProgress()
+{
+    QFETCH(int, rows);
+    make(rows);
+    QVector<int> expected;
+    for (int row = 1; row <= rows; ++row) {
+        expected << row * 100 / rows;
+    }
+    expected.erase(std::unique(expected.begin(), expected.end()), expected.end());
+    QVector<int> told;
+    const auto tell = [&told](int percent) { told << percent; };
+    QCOMPARE(TableSave::csv(table(rows), below("stick/list.csv"), tell), QString());
+    QCOMPARE(told, expected);
+    told.clear();
+    QCOMPARE(TableSave::photos(table(rows), below("stick"), root_->path(), tell), QString());
+    QCOMPARE(told, expected);
+    QVERIFY(rows == 0 || told.last() == 100);
+}
+
 void TestTableSave::refusesOwnFiles_data()
 {
     QTest::addColumn<Save>("save");
@@ -225,6 +282,8 @@ void TestTableSave::refusesOwnFiles_data()
     QTest::newRow("csv onto table") << &TableSave::plainCsv << QByteArray("table.tpp");
     QTest::newRow("csv onto index") << &TableSave::plainCsv << QByteArray("table.tpp.index");
     QTest::newRow("csv, link") << &TableSave::plainCsv << QByteArray("stick/link");
+    QTest::newRow("quoted csv onto table") << &quotedCsv << QByteArray("table.tpp");
+    QTest::newRow("quoted csv onto index") << &quotedCsv << QByteArray("table.tpp.index");
 }
 
 void TestTableSave::refusesOwnFiles()
@@ -253,6 +312,7 @@ void TestTableSave::reportsFullDisk_data()
     };
     rows("dump", &TableSave::dump);
     rows("csv", &TableSave::plainCsv);
+    rows("quoted csv", &quotedCsv);
 }
 
 void TestTableSave::reportsFullDisk()
@@ -279,6 +339,7 @@ void TestTableSave::endsWhenInterrupted_data()
     QTest::addColumn<Save>("save");
     QTest::newRow("dump") << &TableSave::dump;
     QTest::newRow("csv") << &TableSave::plainCsv;
+    QTest::newRow("quoted csv") << &quotedCsv;
 }
 
 void TestTableSave::endsWhenInterrupted()

@@ -2,11 +2,13 @@
 #include "tests/support/archivepage.h"
 
 #include "app/settings.h"
+#include "pages/archiveintervaldialog.h"
 #include "pages/proportionalsclalewidget.h"
 #include "records/scanmodel.h"
 #include "style/brelprogresspie.h"
 #include "tests/support/testmain.h"
 
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -16,6 +18,16 @@ namespace
 {
 
 constexpr int refusedPort = 1;
+// Longer than the longest job of any test takes on a loaded machine.
+constexpr int jobPatience = 60000;
+
+// Chooses in the dialog of the interval and confirms.
+void answerInterval(QWidget *window, const char *choice)
+{
+    window->findChild<QAbstractButton *>(QString::fromLatin1(choice))->click();
+    auto *box = window->findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
+    QTest::mouseClick(box->button(QDialogButtonBox::Ok), Qt::LeftButton);
+}
 
 } // namespace
 
@@ -95,6 +107,35 @@ ProportionalSclaleWidget *ArchivePage::photo() const
 bool ArchivePage::isBusy() const
 {
     return find<QStackedWidget>("stackedWidget")->currentWidget() == find<QWidget>("busyPage");
+}
+
+bool ArchivePage::becomesIdle() const
+{
+    return QTest::qWaitFor([this] { return !isBusy(); }, jobPatience);
+}
+
+void ArchivePage::download(const QString &host, const ModalAnswers::Answer &interval)
+{
+    Settings::instance()->setAddressList({host});
+    answers_.expect(ModalAnswers::pressing("buttonOk"));
+    answers_.expect(interval);
+    press("buttonLoadFromNetwork");
+}
+
+ModalAnswers::Answer ArchivePage::wholeArchive()
+{
+    return [](QWidget *window) { answerInterval(window, "rbAllArchive"); };
+}
+
+ModalAnswers::Answer ArchivePage::between(const QDateTime &from, const QDateTime &to)
+{
+    return [from, to](QWidget *window) {
+        auto *dialog = qobject_cast<ArchiveIntervalDialog *>(window);
+        QVERIFY(dialog != nullptr);
+        dialog->setFromTime(from.toLocalTime());
+        dialog->setToTime(to.toLocalTime());
+        answerInterval(window, "rbBySelection");
+    };
 }
 
 int ArchivePage::progress() const

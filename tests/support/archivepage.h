@@ -6,6 +6,7 @@
 #include "tests/support/modalanswers.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QPushButton>
 #include <QTableView>
 
@@ -49,8 +50,17 @@ public:
     QString cell(int row, int column) const;
     ProportionalSclaleWidget *photo() const;
     bool isBusy() const;
+    // Goes on with the events until the running jobs have ended; false when they do not.
+    bool becomesIdle() const;
     // What the ring shows.
     int progress() const;
+
+    // The operator chooses the device, answers the dialog of the interval and presses the button;
+    // returns when the download has begun.
+    void download(const QString &host, const ModalAnswers::Answer &interval);
+    // Answers to the dialog of the interval. The moments are taken as they are, in local time.
+    static ModalAnswers::Answer wholeArchive();
+    static ModalAnswers::Answer between(const QDateTime &from, const QDateTime &to);
 
     // The temporary archive's folder, file and index; and the photos that lie in its picture
     // folder, sorted by name.

@@ -28,8 +28,10 @@ if ! read -r number <"$folder/display"; then
     echo "withdisplay.sh: the X server does not start; is xvfb installed?" >&2
     exit 1
 fi
+# Without OpenGL, which nothing here draws with: its driver for virtual screens leaves memory behind
+# in a library that is unloaded by then, so that no suppression can name it.
 # In the background, so that a signal to this script ends the command at once.
-DISPLAY=":$number" QT_QPA_PLATFORM=xcb "$@" &
+DISPLAY=":$number" QT_QPA_PLATFORM=xcb QT_XCB_GL_INTEGRATION=none "$@" &
 child=$!
 status=0
 wait "$child" || status=$?
