@@ -13,6 +13,8 @@
 #include <QScreen>
 #include <QShowEvent>
 
+#include <iterator>
+
 namespace
 {
 
@@ -40,6 +42,10 @@ protected:
     {
         if (event->type() == QEvent::KeyPress) {
             return false;
+        }
+        if (event->type() == QEvent::FocusOut &&
+            static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason) {
+            return false; // another window is in front for a while; the field goes on being edited
         }
         const bool taken = QItemDelegate::eventFilter(watched, event);
         auto *field = qobject_cast<QLineEdit *>(watched);

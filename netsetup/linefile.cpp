@@ -24,6 +24,7 @@ QStringList LineFile::read()
         return QStringList();
     }
     const QByteArray bytes = file.readAll();
+    isWhole_ = file.error() == QFileDevice::NoError;
     // With the size, or a zero byte would end the text.
     QString text = QString::fromLocal8Bit(bytes.constData(), bytes.size());
     isLocalText_ = !text.contains(QChar::ReplacementCharacter);
@@ -40,6 +41,9 @@ QStringList LineFile::read()
 
 void LineFile::write(const QStringList &lines) const
 {
+    if (!isWhole_) {
+        return; // what could not be read would be lost
+    }
     QByteArray bytes;
     for (const QString &line : lines) {
         bytes += (isLocalText_ ? line.toLocal8Bit() : line.toLatin1()) + '\n';

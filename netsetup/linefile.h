@@ -7,10 +7,10 @@
 // A small text file that the panel's boot scripts read: lines in, lines out. Lines end with a line
 // feed when they are written, and may end with CR LF or not at all when they are read. Text is in
 // the encoding of the process's locale; a file that is not is taken byte by byte, so that nothing
-// in it is lost.
+// in it is lost but carriage returns and a mark of the byte order at its beginning.
 //
-// Nothing is reported: what cannot be read has no lines, and what cannot be written stays as it
-// was. Any thread, one at a time.
+// Nothing is reported: what cannot be opened has no lines, and what cannot be written stays as it
+// was. So does a file of which only a part could be read. Any thread, one at a time.
 class LineFile
 {
 public:
@@ -31,4 +31,5 @@ public:
 private:
     QString name_;
     bool isLocalText_ = true;
+    bool isWhole_ = true;
 };

@@ -4,6 +4,19 @@
 #include "records/vasksettings.h"
 #include "ui_sufferednumberswidget.h"
 
+namespace
+{
+
+// Within what an entry can hold; beyond it a time would be read as the end of all times.
+QDateTime bounded(const QDate &date, const QTime &time)
+{
+    const auto first = QDateTime::fromSecsSinceEpoch(0);
+    const auto last = QDateTime::fromSecsSinceEpoch(noTime - 1);
+    return qBound(first, QDateTime(date, time), last);
+}
+
+} // namespace
+
 AccessEditor::AccessEditor(Ui_SufferedNumbersWidgetClass *form)
     : form_(form)
 {
@@ -44,6 +57,6 @@ void AccessEditor::takeTexts(Access *access) const
 
 void AccessEditor::takeTimes(Access *access) const
 {
-    access->setDateTimeFrom(QDateTime(form_->dateEditFrom->date(), form_->timeEditFrom->time()));
-    access->setDateTimeTill(QDateTime(form_->dateEditTill->date(), form_->timeEditTill->time()));
+    access->setDateTimeFrom(bounded(form_->dateEditFrom->date(), form_->timeEditFrom->time()));
+    access->setDateTimeTill(bounded(form_->dateEditTill->date(), form_->timeEditTill->time()));
 }

@@ -6,13 +6,26 @@
 #include "pages/tableload.h"
 #include "pages/wholefile.h"
 #include "records/accesscsv.h"
+#include "records/accessmodel.h"
 #include "records/csv.h"
 #include "records/recordfile.h"
+
+#include <algorithm>
 
 QString AccessFiles::ownList()
 {
     const Settings *settings = Settings::instance();
     return settings->absolute(settings->sufferedTempFile());
+}
+
+NumberSource AccessFiles::numbersOf(const AccessModel *model)
+{
+    return {AccessModel::NumberColumn, Access::size, [model] { return model->fileName(); },
+            [](const char *record) {
+                Access access;
+                std::copy_n(record, Access::size, access.data());
+                return access.number();
+            }};
 }
 
 QString AccessFiles::copy(const QString &list, const QString &name)

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "pages/numberproxy.h"
+
 #include <QCoreApplication>
 #include <QStringList>
+
+class AccessModel;
 
 // Files of access lists, for worker threads with handles of their own. Each step returns the text
 // of what went wrong, empty when nothing did. What is written appears whole or not at all; the list
@@ -14,6 +18,9 @@ class AccessFiles
 public:
     // The panel's own list, which outlives the program.
     static QString ownList();
+
+    // Where a filter finds the numbers of a list.
+    static NumberSource numbersOf(const AccessModel *model);
 
     // The list as name.
     static QString copy(const QString &list, const QString &name);

@@ -60,6 +60,9 @@ QString AccessTransfer::fetch(const QString &file) const
 
 QString AccessTransfer::send(const QString &file) const
 {
+    if (QFileInfo(file).size() % Access::size != 0) {
+        return tr("The list is damaged and was not sent");
+    }
     PutFile put(host_, file, nullptr);
     return put(remotePath()) ? QString() : busyText();
 }

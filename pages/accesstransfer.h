@@ -9,7 +9,8 @@
 class GetFile;
 
 // The access list of a device: fetched, replaced, added to. Each step is for a worker thread, ends
-// within 200 ms of its interruption, and returns the text to show, empty when nothing went wrong.
+// within 200 ms of its interruption (reload() within a second), and returns the text to show, empty
+// when nothing went wrong.
 //
 // A device stores what it is sent, and uses it when it is told to: reload() follows a good upload.
 // Lists that do not consist of whole entries, or of which not all has come, are refused like a

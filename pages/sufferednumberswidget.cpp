@@ -7,7 +7,6 @@
 #include "app/shellaccess.h"
 #include "net/socketwait.h"
 #include "pages/accessfiles.h"
-#include "pages/accesstransfer.h"
 #include "pages/devicetitle.h"
 #include "pages/dumpfolder.h"
 #include "pages/numberfilter.h"
@@ -21,6 +20,7 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -51,17 +51,10 @@ SufferedNumbersWidget::~SufferedNumbersWidget()
 void SufferedNumbersWidget::createTable()
 {
     model_ = new AccessModel(this);
-    const NumberSource numbers = {AccessModel::NumberColumn, Access::size,
-                                  [this] { return model_->fileName(); },
-                                  [](const char *record) {
-                                      Access access;
-                                      std::copy_n(record, Access::size, access.data());
-                                      return access.number();
-                                  }};
     filter_ = new NumberFilter({ui_->checkBoxFilter, ui_->lineEditFilter, ui_->radioButtonFull,
                                 ui_->radioButtonNotRegionalSymbols,
                                 ui_->radioButtonNotRegionalNumbers, ui_->tableViewSuffered},
-                               model_, numbers, this);
+                               model_, AccessFiles::numbersOf(model_), this);
     const QString title = tr("Append to Vask");
     menu_ = new QMenu(title, ui_->tableViewSuffered);
     connect(menu_->addAction(title), &QAction::triggered, this,
@@ -108,7 +101,7 @@ SufferedNumbersWidget::Runner::Job *SufferedNumbersWidget::start(Runner::Job::Me
 {
     return runner_.run(method, argument, finish, [this] {
         jobList_ = model_->fileName();
-        jobTitles_ = titles();
+        jobTitles_ = model_->titles();
         ui_->stackedWidget->setCurrentWidget(ui_->busyPage);
     });
 }
@@ -175,11 +168,6 @@ QString SufferedNumbersWidget::putTableToNetwork(QString host)
     return error;
 }
 
-void SufferedNumbersWidget::reloadVaskPassbase(const QString &host)
-{
-    AccessTransfer::reload(host);
-}
-
 void SufferedNumbersWidget::appendToVask()
 {
     if (currentRow() < 0) {
@@ -198,21 +186,13 @@ void SufferedNumbersWidget::appendToVask()
 
 QString SufferedNumbersWidget::appendRecordToVask(QString host)
 {
-    const QString error = AccessTransfer(host).append(jobEntry_);
+    const bool inJob = QThread::currentThread() != thread();
+    const QString error =
+        AccessTransfer(host).append(inJob ? jobEntry_ : model_->value(currentRow()));
     if (error.isEmpty()) {
         reloadVaskPassbase(host);
     }
     return error;
-}
-
-void SufferedNumbersWidget::loadThreadFinished()
-{
-    showResult();
-}
-
-void SufferedNumbersWidget::saveThreadFinished()
-{
-    showResult();
 }
 
 void SufferedNumbersWidget::showResult()
@@ -225,6 +205,10 @@ void SufferedNumbersWidget::showResult()
 void SufferedNumbersWidget::setTable(const QString &name)
 {
     filter_->rebind([&] { model_->setFileName(name); });
+    if (!name.isEmpty()) {
+        editor_.clear(); // what it showed is an entry of another list
+        enableApply();
+    }
     handover_.done(name);
 }
 
@@ -236,7 +220,8 @@ int SufferedNumbersWidget::currentRow() const
 
 void SufferedNumbersWidget::showRecord(const QModelIndex &index)
 {
-    if (!index.isValid()) {
+    enableApply();
+    if (!index.isValid() || filtering_) {
         return; // what the operator has typed stays
     }
     if (index != ui_->tableViewSuffered->currentIndex()) {
@@ -259,7 +244,12 @@ void SufferedNumbersWidget::newRecord()
         reportFailedInsertion();
         return;
     }
-    showRecord(filter_->proxy()->mapFromSource(model_->index(row, AccessModel::IdColumn)));
+    // Behind a filter that hides it, "Apply" would go to the entry that was chosen before.
+    const QModelIndex entry = model_->index(row, AccessModel::IdColumn);
+    if (!filter_->proxy()->mapFromSource(entry).isValid()) {
+        ui_->checkBoxFilter->setChecked(false);
+    }
+    showRecord(filter_->proxy()->mapFromSource(entry));
 }
 
 void SufferedNumbersWidget::applyRecord()
@@ -273,7 +263,15 @@ void SufferedNumbersWidget::applyRecord()
     editor_.takeTimes(&access);
     if (!model_->setValue(row, access)) {
         ErrorBrowser::error(tr("Error"), tr("Can't store the record"), this);
+    } else if (currentRow() == row) {
+        editor_.show(model_->value(row)); // as it was stored: translated, and cut where too long
     }
+}
+
+// There is nothing to apply changes to without a current entry.
+void SufferedNumbersWidget::enableApply()
+{
+    ui_->buttonApply->setEnabled(currentRow() >= 0);
 }
 
 void SufferedNumbersWidget::deleteRecord()
@@ -319,7 +317,9 @@ void SufferedNumbersWidget::reportFailedInsertion()
 
 void SufferedNumbersWidget::clearTable(bool removeFile)
 {
-    handover_.rebind(QString());
+    if (!handover_.rebind(QString())) {
+        return; // closing
+    }
     origin_.set(QString());
     if (removeFile) {
         QFile::remove(AccessFiles::ownList());
@@ -422,7 +422,8 @@ QString SufferedNumbersWidget::saveTableToDatFile(QString name)
 QString SufferedNumbersWidget::saveTableToCSVFile(QString name)
 {
     const bool inJob = QThread::currentThread() != thread();
-    const QString error = AccessFiles::saveCsv(listOfJob(), inJob ? jobTitles_ : titles(), name);
+    const QString error =
+        AccessFiles::saveCsv(listOfJob(), inJob ? jobTitles_ : model_->titles(), name);
     if (error.isEmpty()) {
         Settings::instance()->setLastSavedSufferedFile(QFileInfo(name).absolutePath());
     }
@@ -432,29 +433,20 @@ QString SufferedNumbersWidget::saveTableToCSVFile(QString name)
 QString SufferedNumbersWidget::saveTableToDatFileAndClear(QString name)
 {
     QString dump;
-    const QString error = DumpFolder::make(name, &dump);
+    QString error = DumpFolder::make(name, &dump);
     if (error.isEmpty()) {
-        saveTableToDatFile(dump);
-        if (SocketWait::interrupted()) {
-            return QString(); // half saved; the table stays
-        }
+        error = saveTableToDatFile(dump);
     }
-    clearTable(true);
+    // Nothing is deleted that has not been saved.
+    if (!SocketWait::interrupted()) {
+        clearTable(error.isEmpty() && listOfJob() == AccessFiles::ownList());
+    }
     return error;
 }
 
 QString SufferedNumbersWidget::listOfJob() const
 {
     return QThread::currentThread() == thread() ? model_->fileName() : jobList_;
-}
-
-QStringList SufferedNumbersWidget::titles() const
-{
-    QStringList all;
-    for (int column = 0; column < AccessModel::columns; ++column) {
-        all << model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    }
-    return all;
 }
 
 void SufferedNumbersWidget::menuRequested(const QPoint &position)
@@ -464,12 +456,16 @@ void SufferedNumbersWidget::menuRequested(const QPoint &position)
 
 void SufferedNumbersWidget::enableFilter(int state)
 {
+    const QScopedValueRollback<bool> filtering(filtering_, true);
     filter_->enable(state);
+    enableApply();
 }
 
 void SufferedNumbersWidget::setFilter()
 {
+    const QScopedValueRollback<bool> filtering(filtering_, true);
     filter_->apply();
+    enableApply();
 }
 
 void SufferedNumbersWidget::setDeviceString()

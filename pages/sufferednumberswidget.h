@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pages/accesseditor.h"
+#include "pages/accesstransfer.h"
 #include "pages/jobrunner.h"
 #include "pages/tablecolumns.h"
 #include "pages/tablehandover.h"
@@ -60,7 +61,7 @@ public:
     QString saveTableToDatFileAndClear(QString name);
 
     // Tells the device to use the list that it has been sent. In a job.
-    static void reloadVaskPassbase(const QString &host);
+    static void reloadVaskPassbase(const QString &host) { AccessTransfer::reload(host); }
 
 public Q_SLOTS:
     void newTable();
@@ -79,8 +80,8 @@ public Q_SLOTS:
     void setFilter();
     void showRecord(const QModelIndex &index);
     void menuRequested(const QPoint &position);
-    void loadThreadFinished();
-    void saveThreadFinished();
+    void loadThreadFinished() { showResult(); }
+    void saveThreadFinished() { showResult(); }
     // Binds the table to the list; an empty name leaves the page without one.
     void setTable(const QString &name);
 
@@ -101,12 +102,12 @@ private:
     QString askDevice();
     QString createTableFile(QString name);
     void showResult();
+    void enableApply();
     void reportFailedInsertion();
     void refreshDeviceString();
     // -1 while there is none.
     int currentRow() const;
     QString listOfJob() const;
-    QStringList titles() const;
 
     std::unique_ptr<Ui_SufferedNumbersWidgetClass> ui_;
     AccessModel *model_ = nullptr;   // a child
@@ -114,6 +115,7 @@ private:
     QMenu *menu_ = nullptr;          // a child of the table
     AccessEditor editor_;
     TableColumns columns_;
+    bool filtering_ = false;
 
     // Written before a job starts, read by it.
     QString jobList_;

@@ -81,6 +81,15 @@ QVariant AccessModel::headerData(int section, Qt::Orientation orientation, int r
     }
 }
 
+QStringList AccessModel::titles() const
+{
+    QStringList all;
+    for (int column = 0; column < columns; ++column) {
+        all << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    }
+    return all;
+}
+
 QVariant AccessModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid()) {
@@ -128,10 +137,10 @@ bool AccessModel::setValue(int row, const Access &access)
 
 bool AccessModel::append(const Access &access)
 {
-    const QVector<qint16> taken = ids();
-    if (taken.size() >= mostEntries) {
+    if (rowCount() >= mostEntries) {
         return false;
     }
+    const QVector<qint16> taken = ids();
     Access entry = translated(access);
     entry.setId(newId(taken, access.id()));
     return StructureFileModel<Access>::append(entry);

@@ -35,6 +35,7 @@ public:
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex &index, int role) const override;
+    QStringList titles() const;
 
     bool setValue(int row, const Access &access) override;
     // With a new id: one above the largest up to 1000, then the first hole between two entries.

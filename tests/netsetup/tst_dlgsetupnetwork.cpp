@@ -26,6 +26,7 @@ private Q_SLOTS:
     void typedTexts();
     void halfTypedTextIsNotTaken_data();
     void halfTypedTextIsNotTaken();
+    void otherWindowDoesNotEndTheTyping();
     void emptiedServerIsTaken_data();
     void emptiedServerIsTaken();
     void keysAreTheDialogs();
@@ -182,6 +183,18 @@ void TestDlgSetupNetwork::halfTypedTextIsNotTaken()
     QCOMPARE(shown(), before);
     click("pbApply");
     QCOMPARE(NetworkFiles::contents(), NetworkFiles::asSaved());
+}
+
+void TestDlgSetupNetwork::otherWindowDoesNotEndTheTyping()
+{
+    openOnFiles();
+    QLineEdit *gateway = field("leGateway");
+    type("leGateway", QStringLiteral("10.0."));
+    QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(gateway, &away);
+    QVERIFY(gateway->hasFocus());
+    QTest::keyClicks(gateway, QStringLiteral("0.254"));
+    QCOMPARE(gateway->text(), QStringLiteral("10.0.0.254"));
 }
 
 void TestDlgSetupNetwork::emptiedServerIsTaken_data()
