@@ -2,7 +2,11 @@
 #include "pages/accesseditor.h"
 
 #include "records/vasksettings.h"
-#include "ui_sufferednumberswidget.h"
+
+#include <QDateEdit>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTimeEdit>
 
 namespace
 {
@@ -17,46 +21,41 @@ QDateTime bounded(const QDate &date, const QTime &time)
 
 } // namespace
 
-AccessEditor::AccessEditor(Ui_SufferedNumbersWidgetClass *form)
-    : form_(form)
-{
-}
-
 void AccessEditor::show(const Access &access)
 {
-    form_->lineEditId->setText(QString::number(access.id()));
-    form_->lineEditNumber->setText(access.number());
-    form_->dateEditFrom->setDate(access.dateTimeFrom().date());
-    form_->timeEditFrom->setTime(access.dateTimeFrom().time());
-    form_->dateEditTill->setDate(access.dateTimeTill().date());
-    form_->timeEditTill->setTime(access.dateTimeTill().time());
-    form_->lineEditKey->setText(access.accessKey());
-    form_->textEditComment->setPlainText(access.comment());
+    id->setText(QString::number(access.id()));
+    number->setText(access.number());
+    dateFrom->setDate(access.dateTimeFrom().date());
+    timeFrom->setTime(access.dateTimeFrom().time());
+    dateTill->setDate(access.dateTimeTill().date());
+    timeTill->setTime(access.dateTimeTill().time());
+    key->setText(access.accessKey());
+    comment->setPlainText(access.comment());
 }
 
 void AccessEditor::clear()
 {
-    for (QLineEdit *edit : {form_->lineEditId, form_->lineEditNumber, form_->lineEditKey}) {
+    for (QLineEdit *edit : {id, number, key}) {
         edit->clear();
     }
-    form_->textEditComment->clear();
-    for (QDateEdit *edit : {form_->dateEditFrom, form_->dateEditTill}) {
+    comment->clear();
+    for (QDateEdit *edit : {dateFrom, dateTill}) {
         edit->setDate(QDate::currentDate());
     }
-    for (QTimeEdit *edit : {form_->timeEditFrom, form_->timeEditTill}) {
+    for (QTimeEdit *edit : {timeFrom, timeTill}) {
         edit->setTime(QTime(0, 0));
     }
 }
 
 void AccessEditor::takeTexts(Access *access) const
 {
-    access->setNumber(VaskSettings::translateFromLocal(form_->lineEditNumber->text()));
-    access->setAccessKey(form_->lineEditKey->text());
-    access->setComment(form_->textEditComment->toPlainText());
+    access->setNumber(VaskSettings::translateFromLocal(number->text()));
+    access->setAccessKey(key->text());
+    access->setComment(comment->toPlainText());
 }
 
 void AccessEditor::takeTimes(Access *access) const
 {
-    access->setDateTimeFrom(bounded(form_->dateEditFrom->date(), form_->timeEditFrom->time()));
-    access->setDateTimeTill(bounded(form_->dateEditTill->date(), form_->timeEditTill->time()));
+    access->setDateTimeFrom(bounded(dateFrom->date(), timeFrom->time()));
+    access->setDateTimeTill(bounded(dateTill->date(), timeTill->time()));
 }

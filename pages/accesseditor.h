@@ -3,14 +3,22 @@
 
 #include "records/access.h"
 
-class Ui_SufferedNumbersWidgetClass;
+class QDateEdit;
+class QLineEdit;
+class QPlainTextEdit;
+class QTimeEdit;
 
 // The fields in which an access entry is edited. They belong to the page's form, which outlives
 // this. GUI thread.
-class AccessEditor
-{
-public:
-    explicit AccessEditor(Ui_SufferedNumbersWidgetClass *form);
+struct AccessEditor {
+    QLineEdit *id = nullptr;
+    QLineEdit *number = nullptr;
+    QDateEdit *dateFrom = nullptr;
+    QTimeEdit *timeFrom = nullptr;
+    QDateEdit *dateTill = nullptr;
+    QTimeEdit *timeTill = nullptr;
+    QLineEdit *key = nullptr;
+    QPlainTextEdit *comment = nullptr;
 
     void show(const Access &access);
     // Empty, with today's dates.
@@ -20,7 +28,4 @@ public:
     // whole: in some encodings a local number is too long for its field.
     void takeTexts(Access *access) const;
     void takeTimes(Access *access) const;
-
-private:
-    Ui_SufferedNumbersWidgetClass *form_;
 };

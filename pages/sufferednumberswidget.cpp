@@ -28,12 +28,13 @@
 SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
     : QWidget(parent)
     , ui_(std::make_unique<Ui_SufferedNumbersWidgetClass>())
-    , editor_(ui_.get())
     , handover_([this](const QString &name) { setTable(name); },
                 [this](const QString &name) { Q_EMIT setTableThreaded(name); })
     , runner_(this)
 {
     ui_->setupUi(this);
+    editor_ = {ui_->lineEditId,   ui_->lineEditNumber, ui_->dateEditFrom, ui_->timeEditFrom,
+               ui_->dateEditTill, ui_->timeEditTill,   ui_->lineEditKey,  ui_->textEditComment};
     createTable();
     editor_.clear();
     wire();
@@ -206,7 +207,8 @@ void SufferedNumbersWidget::setTable(const QString &name)
 {
     filter_->rebind([&] { model_->setFileName(name); });
     if (!name.isEmpty()) {
-        editor_.clear(); // what it showed is an entry of another list
+        // What is typed may be meant for this list; the entry that was shown is not of it.
+        ui_->lineEditId->clear();
         enableApply();
     }
     handover_.done(name);
