@@ -385,7 +385,7 @@ void TestSufferedNumbersFaults::worksAgain(Step step)
 {
     device().faults().clear();
     Settings::instance()->setVaskParkingPort(onLinePort_);
-    QVERIFY(device().start());
+    QTRY_VERIFY_WITH_TIMEOUT(device().start(), patience);
     device().setFileListening(true);
     device().setOnLineListening(true);
     device().setOnLineReading(true);
