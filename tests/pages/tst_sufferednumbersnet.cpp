@@ -399,12 +399,12 @@ void TestSufferedNumbersNet::appends()
     QTRY_COMPARE_WITH_TIMEOUT(device().fileConnections() + device().onLineConnections(), 0,
                               patience);
     QCoreApplication::sendPostedEvents();
-    QCOMPARE(
-        Log::lines(),
-        (QStringList{
-            QStringLiteral(
-                "QObject::connect: No such slot SufferedNumbersWidget::threadFinished()"),
-            QStringLiteral("QObject::connect:  (receiver name: 'SufferedNumbersWidgetClass')")}));
+    // Debug builds add the place to the first line.
+    QCOMPARE(Log::lines().size(), 2);
+    QVERIFY(Log::lines().first().startsWith(
+        QStringLiteral("QObject::connect: No such slot SufferedNumbersWidget::threadFinished()")));
+    QCOMPARE(Log::lines().last(),
+             QStringLiteral("QObject::connect:  (receiver name: 'SufferedNumbersWidgetClass')"));
     // Nothing turns back to the table.
     QVERIFY(page_->isBusy());
     QCOMPARE(page_->rows(), 9);
