@@ -23,14 +23,18 @@ esac
 . packaging/prepare.sh
 prepare_packages
 build_preset release
-program=$PWD/build/release/stallo
+root=$PWD
+program=$root/build/release/stallo
+# The program looks for its message catalogues where it is started.
+catalogues=$root/build/release/translations
 
 if [ -n "$device" ]; then
+    cd "$catalogues"
     exec "$program" --online "$device"
 fi
 
-demo=$PWD/build/demo
-simulator=$PWD/build/release/simulator/stallo-device
+demo=$root/build/demo
+simulator=$root/build/release/simulator/stallo-device
 # The display is still the caller's.
 export XAUTHORITY="${XAUTHORITY-$HOME/.Xauthority}"
 export HOME=$demo/home XDG_CONFIG_HOME=$demo/home/.config
@@ -78,6 +82,7 @@ start_device() {
 }
 start_device 127.0.0.1 "north-gate" 1
 start_device 127.0.0.2 "south-gate" 2
+cd "$catalogues"
 
 # In the background, so that a signal to this script ends the panel at once.
 run_panel() {
@@ -96,6 +101,6 @@ else
     echo "There is no display here. The demo runs on a virtual one for a while, and leaves a picture of"
     echo "each page in $pictures"
     export STALLO_SCREENSHOTS="$pictures" STALLO_SCREEN=1280x800
-    run_panel tests/support/withdisplay.sh "$program" --online 127.0.0.1
+    run_panel "$root/tests/support/withdisplay.sh" "$program" --online 127.0.0.1
     ls "$pictures"
 fi

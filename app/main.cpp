@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "app/catalogue.h"
 #include "app/closerequests.h"
 #include "app/errorbrowser.h"
 #include "app/mainwindow.h"
@@ -14,9 +15,7 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QLocale>
 #include <QLockFile>
-#include <QTranslator>
 
 namespace
 {
@@ -26,14 +25,6 @@ void applyStyle()
     auto *style = new BrelStyle;
     QApplication::setStyle(style); // which takes it over
     QApplication::setPalette(style->standardPalette());
-}
-
-// A catalogue of the system's language in the current directory; one that is missing changes
-// nothing.
-void installCatalogue(QTranslator &translator, const QString &baseName)
-{
-    translator.load(baseName + QLocale::system().name());
-    QCoreApplication::installTranslator(&translator);
 }
 
 int refuseSecondStart()
@@ -64,10 +55,8 @@ int main(int argc, char *argv[])
         QCoreApplication::exit(-1);
     }
 
-    QTranslator toolkitCatalogue;
-    installCatalogue(toolkitCatalogue, QStringLiteral("qt_"));
-    QTranslator ownCatalogue;
-    installCatalogue(ownCatalogue, QStringLiteral("vaskparking_"));
+    const Catalogue toolkitCatalogue(QStringLiteral("qt_"), {Catalogue::toolkitFolder()});
+    const Catalogue ownCatalogue(QStringLiteral("vaskparking_"));
     VaskSettings::init();
 
     Startup::initTempDirectories();

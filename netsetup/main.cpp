@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program stallo-netsetup: the dialog for the panel's own network settings, over the files of
 // the directory that it is started in. It ends with the dialog, with 0 however that is closed.
+#include "app/catalogue.h"
 #include "app/shutdownsignals.h"
 #include "netsetup/dlgsetupnetwork.h"
 #include "netsetup/hardwareaddress.h"
@@ -20,6 +21,9 @@ int main(int argc, char *argv[])
     LocalText::useCodecOfLocale();
     initStalloResources();
     const ShutdownSignals shutdownSignals(nullptr);
+
+    const Catalogue toolkitCatalogue(QStringLiteral("qt_"), {Catalogue::toolkitFolder()});
+    const Catalogue ownCatalogue(QStringLiteral("vaskparking_"), {Catalogue::installedFolder()});
 
     auto *style = new BrelStyle;
     QApplication::setStyle(style); // which takes it over
