@@ -663,15 +663,15 @@
     </message>
     <message>
         <source>Access: granted automatically</source>
-        <translation>Доступ: открыт автоматически</translation>
+        <translation>Доступ: автоматически</translation>
     </message>
     <message>
         <source>Access: granted manually</source>
-        <translation>Доступ: открыт вручную</translation>
+        <translation>Доступ: вручную</translation>
     </message>
     <message>
         <source>Access: granted by card</source>
-        <translation>Доступ: открыт по карте</translation>
+        <translation>Доступ: по карте</translation>
     </message>
     <message>
         <source>The number is registered</source>
@@ -791,7 +791,7 @@
     </message>
     <message>
         <source>Access granted</source>
-        <translation>Доступ открыт</translation>
+        <translation>Разрешён</translation>
     </message>
     <message>
         <source>Vask ID</source>
