@@ -633,7 +633,7 @@
     <name>OnlineChannel</name>
     <message>
         <source>Not Assigned</source>
-        <translation>Не назначено</translation>
+        <translation>Не задано</translation>
     </message>
     <message>
         <source>Connecting to %1 ...</source>
