@@ -109,7 +109,7 @@
     </message>
     <message>
         <source>File transfer port</source>
-        <translation>Порт файлов</translation>
+        <translation>Порт передачи файлов</translation>
     </message>
     <message>
         <source>Vask parking port editor</source>
@@ -451,7 +451,7 @@
     </message>
     <message>
         <source>Del</source>
-        <translation>Удалить</translation>
+        <translation>Del</translation>
     </message>
     <message>
         <source>7</source>
