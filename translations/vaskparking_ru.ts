@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Connecting to %1 ...</source>
-        <translation>Подключение к %1...</translation>
+        <translation>%1: подключение...</translation>
     </message>
     <message>
         <source>No Data</source>
