@@ -59,7 +59,9 @@ void NumberFilter::apply()
         typed.clear();
         widgets_.text->clear();
     }
-    wanted_ = widgets_.text->isEnabled() ? VaskSettings::numFilter(typed, mode()) : QRegExp();
+    // The table shows Latin letters, whichever a device sends and the operator's keys type.
+    const QString wanted = VaskSettings::translateFromLocal(typed);
+    wanted_ = widgets_.text->isEnabled() ? VaskSettings::numFilter(wanted, mode()) : QRegExp();
     if (proxy_->sourceModel()->rowCount() > rowsAtOnce) {
         pause_.start();
     } else {

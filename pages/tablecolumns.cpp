@@ -2,6 +2,7 @@
 #include "pages/tablecolumns.h"
 
 #include <QDateTime>
+#include <QHeaderView>
 #include <QTableView>
 
 void TableColumns::fit(QTableView *table, const Widest &widest)
@@ -13,6 +14,12 @@ void TableColumns::fit(QTableView *table, const Widest &widest)
     const QFontMetrics metrics = table->fontMetrics();
     for (const auto &[column, text] : widest) {
         table->setColumnWidth(column, metrics.horizontalAdvance(QStringLiteral("    ") + text));
+    }
+    // Every title is there in full, whatever its language.
+    const QHeaderView *header = table->horizontalHeader();
+    for (int column = 0; column < header->count(); ++column) {
+        table->setColumnWidth(column,
+                              qMax(table->columnWidth(column), header->sectionSizeHint(column)));
     }
 }
 

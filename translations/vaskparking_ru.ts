@@ -5,741 +5,741 @@
     <name>AccessFiles</name>
     <message>
         <source>Destination file exists</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл уже существует</translation>
     </message>
 </context>
 <context>
     <name>AccessModel</name>
     <message>
         <source>Id</source>
-        <translation type="unfinished"></translation>
+        <translation>ID</translation>
     </message>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер</translation>
     </message>
     <message>
         <source>Date from</source>
-        <translation type="unfinished"></translation>
+        <translation>Доступ с</translation>
     </message>
     <message>
         <source>Date till</source>
-        <translation type="unfinished"></translation>
+        <translation>Доступ до</translation>
     </message>
     <message>
         <source>Key</source>
-        <translation type="unfinished"></translation>
+        <translation>Ключ</translation>
     </message>
     <message>
         <source>Comment</source>
-        <translation type="unfinished"></translation>
+        <translation>Комментарий</translation>
     </message>
 </context>
 <context>
     <name>AccessTransfer</name>
     <message>
         <source>Vask is busy now. Please try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>Устройство Vask занято. Повторите попытку позже.</translation>
     </message>
     <message>
         <source>No access base on Vask find out</source>
-        <translation type="unfinished"></translation>
+        <translation>На устройстве Vask нет списка доступа</translation>
     </message>
     <message>
         <source>The list is damaged and was not sent</source>
-        <translation type="unfinished"></translation>
+        <translation>Список повреждён и не отправлен</translation>
     </message>
     <message>
         <source>The access list of the device is full</source>
-        <translation type="unfinished"></translation>
+        <translation>Список доступа устройства заполнен</translation>
     </message>
 </context>
 <context>
     <name>AddressDialog</name>
     <message>
         <source>Addresses editor</source>
-        <translation type="unfinished"></translation>
+        <translation>Редактор адресов</translation>
     </message>
     <message>
         <source>Add address</source>
-        <translation type="unfinished"></translation>
+        <translation>Добавить адрес</translation>
     </message>
     <message>
         <source>Remove address</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить адрес</translation>
     </message>
 </context>
 <context>
     <name>AddressDialogClass</name>
     <message>
         <source>Vask-parking devices configurator</source>
-        <translation type="unfinished"></translation>
+        <translation>Настройка устройств Vask</translation>
     </message>
     <message>
         <source>Address list</source>
-        <translation type="unfinished"></translation>
+        <translation>Список адресов</translation>
     </message>
     <message>
         <source>Create new address</source>
-        <translation type="unfinished"></translation>
+        <translation>Добавить новый адрес</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>Добавить</translation>
     </message>
     <message>
         <source>Remove address</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить адрес</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить</translation>
     </message>
     <message>
         <source>Device name (IP-address)</source>
-        <translation type="unfinished"></translation>
+        <translation>Имя устройства (IP-адрес)</translation>
     </message>
     <message>
         <source>Address editor</source>
-        <translation type="unfinished"></translation>
+        <translation>Адрес устройства</translation>
     </message>
     <message>
         <source>Vask parking port</source>
-        <translation type="unfinished"></translation>
+        <translation>Порт устройства</translation>
     </message>
     <message>
         <source>File transfer port</source>
-        <translation type="unfinished"></translation>
+        <translation>Порт передачи файлов</translation>
     </message>
     <message>
         <source>Vask parking port editor</source>
-        <translation type="unfinished"></translation>
+        <translation>Порт связи с устройством Vask</translation>
     </message>
     <message>
         <source>File transfer port editor</source>
-        <translation type="unfinished"></translation>
+        <translation>Порт передачи файлов</translation>
     </message>
     <message>
         <source>Accept address</source>
-        <translation type="unfinished"></translation>
+        <translation>Выбрать адрес</translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>Закрыть</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Отмена</translation>
     </message>
 </context>
 <context>
     <name>ArchiveDownload</name>
     <message>
         <source>Not defined</source>
-        <translation type="unfinished"></translation>
+        <translation>Не определён</translation>
     </message>
 </context>
 <context>
     <name>ArchiveIntervalDialog</name>
     <message>
         <source>Archive time</source>
-        <translation type="unfinished"></translation>
+        <translation>Период архива</translation>
     </message>
     <message>
         <source>Select the proper archive data</source>
-        <translation type="unfinished"></translation>
+        <translation>Загружаемая часть архива</translation>
     </message>
     <message>
         <source>All archive</source>
-        <translation type="unfinished"></translation>
+        <translation>Весь архив</translation>
     </message>
     <message>
         <source>By selection</source>
-        <translation type="unfinished"></translation>
+        <translation>За период</translation>
     </message>
     <message>
         <source>Begin:</source>
-        <translation type="unfinished"></translation>
+        <translation>Начало:</translation>
     </message>
     <message>
         <source>First day</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата начала</translation>
     </message>
     <message>
         <source>Begin time</source>
-        <translation type="unfinished"></translation>
+        <translation>Время начала</translation>
     </message>
     <message>
         <source>H:mm</source>
-        <translation type="unfinished"></translation>
+        <translation>H:mm</translation>
     </message>
     <message>
         <source>End:</source>
-        <translation type="unfinished"></translation>
+        <translation>Конец:</translation>
     </message>
     <message>
         <source>Last day</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата окончания</translation>
     </message>
     <message>
         <source>End time</source>
-        <translation type="unfinished"></translation>
+        <translation>Время окончания</translation>
     </message>
 </context>
 <context>
     <name>ArchiveWidget</name>
     <message>
         <source>Vask is busy now. Please try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>Устройство Vask занято. Повторите попытку позже.</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка</translation>
     </message>
     <message>
         <source>Open thoroughfare table from file</source>
-        <translation type="unfinished"></translation>
+        <translation>Открыть таблицу проездов из файла</translation>
     </message>
     <message>
         <source>local</source>
-        <translation type="unfinished"></translation>
+        <translation>локальный</translation>
     </message>
     <message>
         <source>Save thoroughfare table to file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить таблицу проездов в файл</translation>
     </message>
     <message>
         <source>Can&apos;t create dir</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось создать папку</translation>
     </message>
     <message>
         <source>Archive view</source>
-        <translation type="unfinished"></translation>
+        <translation>Архив</translation>
     </message>
 </context>
 <context>
     <name>ArchiveWidgetClass</name>
     <message>
         <source>Archive</source>
-        <translation type="unfinished"></translation>
+        <translation>Архив</translation>
     </message>
     <message>
         <source>Passages</source>
-        <translation type="unfinished"></translation>
+        <translation>Проезды</translation>
     </message>
     <message>
         <source>Photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Фото</translation>
     </message>
     <message>
         <source>&amp;Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Фильтр</translation>
     </message>
     <message>
         <source>Number to find</source>
-        <translation type="unfinished"></translation>
+        <translation>Искомый номер</translation>
     </message>
     <message>
         <source>Full coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Полное совпадение</translation>
     </message>
     <message>
         <source>Not regional symbols coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Совпадение букв без региона</translation>
     </message>
     <message>
         <source>Not regional numbers coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Совпадение цифр без региона</translation>
     </message>
     <message>
         <source>Empty the table</source>
-        <translation type="unfinished"></translation>
+        <translation>Очистить таблицу</translation>
     </message>
     <message>
         <source>&amp;New table</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Новая таблица</translation>
     </message>
     <message>
         <source>Download the archive of a device</source>
-        <translation type="unfinished"></translation>
+        <translation>Загрузить архив с устройства</translation>
     </message>
     <message>
         <source>Load from net&amp;work</source>
-        <translation type="unfinished"></translation>
+        <translation>Загрузить с &amp;устройства</translation>
     </message>
     <message>
         <source>Open a table from a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Открыть таблицу из файла</translation>
     </message>
     <message>
         <source>&amp;Load</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Открыть</translation>
     </message>
     <message>
         <source>Save the table to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить таблицу в файл</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Сохранить</translation>
     </message>
     <message>
         <source>Save photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить фото</translation>
     </message>
     <message>
         <source>&lt;h1&gt;Vask operation in progress&lt;/h1&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;h1&gt;Выполняется операция Vask&lt;/h1&gt;</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Отмена</translation>
     </message>
 </context>
 <context>
     <name>BrelProgressPie</name>
     <message>
         <source>%1%</source>
-        <translation type="unfinished"></translation>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>
     <name>BrelWindowTitle</name>
     <message>
         <source>Minimize</source>
-        <translation type="unfinished"></translation>
+        <translation>Свернуть</translation>
     </message>
     <message>
         <source>Restore</source>
-        <translation type="unfinished"></translation>
+        <translation>Восстановить</translation>
     </message>
     <message>
         <source>Maximize</source>
-        <translation type="unfinished"></translation>
+        <translation>Развернуть</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>Закрыть</translation>
     </message>
 </context>
 <context>
     <name>Dialog</name>
     <message>
         <source>Network Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Настройки сети</translation>
     </message>
     <message>
         <source>Host name</source>
-        <translation type="unfinished"></translation>
+        <translation>Имя узла</translation>
     </message>
     <message>
         <source>Domain name</source>
-        <translation type="unfinished"></translation>
+        <translation>Имя домена</translation>
     </message>
     <message>
         <source>Use DHCP</source>
-        <translation type="unfinished"></translation>
+        <translation>Использовать DHCP</translation>
     </message>
     <message>
         <source>IP-address</source>
-        <translation type="unfinished"></translation>
+        <translation>IP-адрес</translation>
     </message>
     <message>
         <source>Network mask</source>
-        <translation type="unfinished"></translation>
+        <translation>Маска сети</translation>
     </message>
     <message>
         <source>Gateway</source>
-        <translation type="unfinished"></translation>
+        <translation>Шлюз</translation>
     </message>
     <message>
         <source>First DNS-server</source>
-        <translation type="unfinished"></translation>
+        <translation>Первый DNS-сервер</translation>
     </message>
     <message>
         <source>Second DNS-server</source>
-        <translation type="unfinished"></translation>
+        <translation>Второй DNS-сервер</translation>
     </message>
     <message>
         <source>Phisical (MAC) address</source>
-        <translation type="unfinished"></translation>
+        <translation>Физический адрес (MAC)</translation>
     </message>
     <message>
         <source>Attention!&lt;br&gt;Network settings will be applyed after reboot!</source>
-        <translation type="unfinished"></translation>
+        <translation>Внимание!&lt;br&gt;Настройки сети вступят в силу после перезагрузки!</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation type="unfinished"></translation>
+        <translation>Применить</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Отмена</translation>
     </message>
 </context>
 <context>
     <name>DumpFolder</name>
     <message>
         <source>The dump has already been created</source>
-        <translation type="unfinished"></translation>
+        <translation>Дамп уже создан</translation>
     </message>
     <message>
         <source>Can&apos;t create dump directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось создать папку дампа</translation>
     </message>
 </context>
 <context>
     <name>ErrorBrowser</name>
     <message>
         <source>Error text</source>
-        <translation type="unfinished"></translation>
+        <translation>Текст ошибки</translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка</translation>
     </message>
 </context>
 <context>
     <name>Form</name>
     <message>
         <source>Form</source>
-        <translation type="unfinished"></translation>
+        <translation>Клавиатура</translation>
     </message>
     <message>
         <source>1</source>
-        <translation type="unfinished"></translation>
+        <translation>1</translation>
     </message>
     <message>
         <source>2</source>
-        <translation type="unfinished"></translation>
+        <translation>2</translation>
     </message>
     <message>
         <source>3</source>
-        <translation type="unfinished"></translation>
+        <translation>3</translation>
     </message>
     <message>
         <source>Backspace</source>
-        <translation type="unfinished"></translation>
+        <translation>Стереть слева</translation>
     </message>
     <message>
         <source>Back</source>
-        <translation type="unfinished"></translation>
+        <translation>Стереть</translation>
     </message>
     <message>
         <source>4</source>
-        <translation type="unfinished"></translation>
+        <translation>4</translation>
     </message>
     <message>
         <source>5</source>
-        <translation type="unfinished"></translation>
+        <translation>5</translation>
     </message>
     <message>
         <source>6</source>
-        <translation type="unfinished"></translation>
+        <translation>6</translation>
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить справа</translation>
     </message>
     <message>
         <source>Del</source>
-        <translation type="unfinished"></translation>
+        <translation>Del</translation>
     </message>
     <message>
         <source>7</source>
-        <translation type="unfinished"></translation>
+        <translation>7</translation>
     </message>
     <message>
         <source>8</source>
-        <translation type="unfinished"></translation>
+        <translation>8</translation>
     </message>
     <message>
         <source>9</source>
-        <translation type="unfinished"></translation>
+        <translation>9</translation>
     </message>
     <message>
         <source>Space</source>
-        <translation type="unfinished"></translation>
+        <translation>Пробел</translation>
     </message>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>Full stop</source>
-        <translation type="unfinished"></translation>
+        <translation>Точка</translation>
     </message>
     <message>
         <source>.</source>
-        <translation type="unfinished"></translation>
+        <translation>.</translation>
     </message>
 </context>
 <context>
     <name>GetFile</name>
     <message>
         <source>Connection timeout</source>
-        <translation type="unfinished"></translation>
+        <translation>Истекло время ожидания соединения</translation>
     </message>
     <message>
         <source>Can&apos;t download proper data</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось загрузить данные</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Archive view</source>
-        <translation type="unfinished"></translation>
+        <translation>Архив</translation>
     </message>
     <message>
         <source>Suffered numbers</source>
-        <translation type="unfinished"></translation>
+        <translation>Список доступа</translation>
     </message>
     <message>
         <source>On-Line</source>
-        <translation type="unfinished"></translation>
+        <translation>Онлайн</translation>
     </message>
 </context>
 <context>
     <name>MainWindowClass</name>
     <message>
         <source>Stallo</source>
-        <translation type="unfinished"></translation>
+        <translation>Stallo</translation>
     </message>
 </context>
 <context>
     <name>OnLineWidget</name>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка</translation>
     </message>
     <message>
         <source>Data error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка данных</translation>
     </message>
     <message>
         <source>It is not enoth space on disk!</source>
-        <translation type="unfinished"></translation>
+        <translation>Недостаточно места на диске!</translation>
     </message>
     <message>
         <source>Online</source>
-        <translation type="unfinished"></translation>
+        <translation>Онлайн</translation>
     </message>
     <message>
         <source>Save on-line table to file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить таблицу проездов в файл</translation>
     </message>
     <message>
         <source>Vask is busy now. Please try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>Устройство Vask занято. Повторите попытку позже.</translation>
     </message>
     <message>
         <source>Can&apos;t create dir</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось создать папку</translation>
     </message>
 </context>
 <context>
     <name>OnLineWidgetClass</name>
     <message>
         <source>On-Line</source>
-        <translation type="unfinished"></translation>
+        <translation>Онлайн</translation>
     </message>
     <message>
         <source>Device 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Устройство 1</translation>
     </message>
     <message>
         <source>Select device</source>
-        <translation type="unfinished"></translation>
+        <translation>Выбрать устройство</translation>
     </message>
     <message>
         <source>Select &amp;device</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Выбрать</translation>
     </message>
     <message>
         <source>Alt+D</source>
-        <translation type="unfinished"></translation>
+        <translation>Alt+D</translation>
     </message>
     <message>
         <source>Disconnect</source>
-        <translation type="unfinished"></translation>
+        <translation>Отключить</translation>
     </message>
     <message>
         <source>Dis&amp;connect</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Отключить</translation>
     </message>
     <message>
         <source>Open barrier</source>
-        <translation type="unfinished"></translation>
+        <translation>Открыть шлагбаум</translation>
     </message>
     <message>
         <source>Device 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Устройство 2</translation>
     </message>
     <message>
         <source>Throwouts</source>
-        <translation type="unfinished"></translation>
+        <translation>Проезды</translation>
     </message>
     <message>
         <source>Enter table</source>
-        <translation type="unfinished"></translation>
+        <translation>Таблица проездов</translation>
     </message>
     <message>
         <source>Photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Фото</translation>
     </message>
     <message>
         <source>New table</source>
-        <translation type="unfinished"></translation>
+        <translation>Новая таблица</translation>
     </message>
     <message>
         <source>Push to setup network.</source>
-        <translation type="unfinished"></translation>
+        <translation>Настройка сети панели.</translation>
     </message>
     <message>
         <source>Net settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Настройки сети</translation>
     </message>
     <message>
         <source>Save data</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить данные</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Сохранить</translation>
     </message>
     <message>
         <source>Alt+S</source>
-        <translation type="unfinished"></translation>
+        <translation>Alt+S</translation>
     </message>
     <message>
         <source>Save photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить фото</translation>
     </message>
     <message>
         <source>&lt;h1&gt;Vask operation in progress&lt;/h1&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;h1&gt;Выполняется операция Vask&lt;/h1&gt;</translation>
     </message>
 </context>
 <context>
     <name>OnlineChannel</name>
     <message>
         <source>Not Assigned</source>
-        <translation type="unfinished"></translation>
+        <translation>Не задано</translation>
     </message>
     <message>
         <source>Connecting to %1 ...</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: подключение...</translation>
     </message>
     <message>
         <source>No Data</source>
-        <translation type="unfinished"></translation>
+        <translation>Нет данных</translation>
     </message>
 </context>
 <context>
     <name>OnlineClient</name>
     <message>
         <source>Not defined</source>
-        <translation type="unfinished"></translation>
+        <translation>Не определён</translation>
     </message>
 </context>
 <context>
     <name>PassageDetails</name>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер</translation>
     </message>
     <message>
         <source>Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата</translation>
     </message>
     <message>
         <source>Access: granted automatically</source>
-        <translation type="unfinished"></translation>
+        <translation>Доступ: автоматически</translation>
     </message>
     <message>
         <source>Access: granted manually</source>
-        <translation type="unfinished"></translation>
+        <translation>Доступ: вручную</translation>
     </message>
     <message>
         <source>Access: granted by card</source>
-        <translation type="unfinished"></translation>
+        <translation>Доступ: по карте</translation>
     </message>
     <message>
         <source>The number is registered</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер зарегистрирован</translation>
     </message>
     <message>
         <source>The number is not registered</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер не зарегистрирован</translation>
     </message>
     <message>
         <source>The thoroughfare is granted</source>
-        <translation type="unfinished"></translation>
+        <translation>Проезд разрешён</translation>
     </message>
     <message>
         <source>The thoroughfare is not granted</source>
-        <translation type="unfinished"></translation>
+        <translation>Проезд не разрешён</translation>
     </message>
     <message>
         <source>Comment</source>
-        <translation type="unfinished"></translation>
+        <translation>Комментарий</translation>
     </message>
     <message>
         <source>Access key</source>
-        <translation type="unfinished"></translation>
+        <translation>Ключ доступа</translation>
     </message>
 </context>
 <context>
     <name>PassageTable</name>
     <message>
         <source>No Photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Нет фото</translation>
     </message>
     <message>
         <source>Add number to suffered</source>
-        <translation type="unfinished"></translation>
+        <translation>Добавить номер в список доступа</translation>
     </message>
     <message>
         <source>Save photo to file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить фото в файл</translation>
     </message>
     <message>
         <source>Image file (*.jpeg)</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл изображения (*.jpeg)</translation>
     </message>
 </context>
 <context>
     <name>PhotoFiles</name>
     <message>
         <source>Destination file exists</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл уже существует</translation>
     </message>
 </context>
 <context>
     <name>ProportionalSclaleWidget</name>
     <message>
         <source>Photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Фото</translation>
     </message>
 </context>
 <context>
     <name>QAbstractSocket</name>
     <message>
         <source>Host not found</source>
-        <translation type="unfinished"></translation>
+        <translation>Узел не найден</translation>
     </message>
     <message>
         <source>Socket operation timed out</source>
-        <translation type="unfinished"></translation>
+        <translation>Время на операцию истекло</translation>
     </message>
 </context>
 <context>
@@ -747,379 +747,379 @@
     <message>
         <source>__</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>АВЕКМНОРСТУХ</translation>
     </message>
     <message>
         <source>_</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>ABEKMHOPCTYX</translation>
     </message>
     <message>
         <source>[a-z]\d{3,3}[a-z]{2,2}\d{2,3}</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>[a-zавекмнорстух]\d{3,3}[a-zавекмнорстух]{2,2}\d{2,3}</translation>
     </message>
     <message>
         <source>[a-z?][\d?]{3,3}[a-z?]{2,2}[\d?]{2,3}</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>[a-zавекмнорстух?][\d?]{3,3}[a-zавекмнорстух?]{2,2}[\d?]{2,3}</translation>
     </message>
     <message>
         <source>[a-z,*]\d{3,3}[a-z,*]{2,2}\d{2,3}|[a-z,*]{3,3}</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>[a-zавекмнорстух,*]\d{3,3}[a-zавекмнорстух,*]{2,2}\d{2,3}|[a-zавекмнорстух,*]{3,3}</translation>
     </message>
     <message>
         <source>[a-z]\d{3,3}[a-z]{2,2}\d{2,3}|\d{3,3}</source>
         <comment>VaskSettings</comment>
-        <translation type="unfinished"></translation>
+        <translation>[a-zавекмнорстух]\d{3,3}[a-zавекмнорстух]{2,2}\d{2,3}|\d{3,3}</translation>
     </message>
 </context>
 <context>
     <name>ScanModel</name>
     <message>
         <source>Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата</translation>
     </message>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер</translation>
     </message>
     <message>
         <source>In access list</source>
-        <translation type="unfinished"></translation>
+        <translation>В списке</translation>
     </message>
     <message>
         <source>Access granted</source>
-        <translation type="unfinished"></translation>
+        <translation>Разрешён</translation>
     </message>
     <message>
         <source>Vask ID</source>
-        <translation type="unfinished"></translation>
+        <translation>ID Vask</translation>
     </message>
     <message>
         <source>Comment</source>
-        <translation type="unfinished"></translation>
+        <translation>Комментарий</translation>
     </message>
     <message>
         <source>Key</source>
-        <translation type="unfinished"></translation>
+        <translation>Ключ</translation>
     </message>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>Да</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>Нет</translation>
     </message>
 </context>
 <context>
     <name>Settings</name>
     <message>
         <source>tmppassbase%1</source>
-        <translation type="unfinished"></translation>
+        <translation>tmppassbase%1</translation>
     </message>
     <message>
         <source>tmponline%1</source>
-        <translation type="unfinished"></translation>
+        <translation>tmponline%1</translation>
     </message>
     <message>
         <source>tmpaccessbase%1</source>
-        <translation type="unfinished"></translation>
+        <translation>tmpaccessbase%1</translation>
     </message>
     <message>
         <source>passbase%1</source>
-        <translation type="unfinished"></translation>
+        <translation>passbase%1</translation>
     </message>
     <message>
         <source>passbase</source>
-        <translation type="unfinished"></translation>
+        <translation>passbase</translation>
     </message>
     <message>
         <source>on-line</source>
-        <translation type="unfinished"></translation>
+        <translation>on-line</translation>
     </message>
     <message>
         <source>accessbase</source>
-        <translation type="unfinished"></translation>
+        <translation>accessbase</translation>
     </message>
 </context>
 <context>
     <name>SufferedNumbersWidget</name>
     <message>
         <source>Append to Vask</source>
-        <translation type="unfinished"></translation>
+        <translation>Добавить на устройство Vask</translation>
     </message>
     <message>
         <source>local</source>
-        <translation type="unfinished"></translation>
+        <translation>локальный</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка</translation>
     </message>
     <message>
         <source>Can&apos;t store the record</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось сохранить запись</translation>
     </message>
     <message>
         <source>Do you want to remove this records?</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить эти записи?</translation>
     </message>
     <message>
         <source>Can&apos;t remove row</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось удалить строку</translation>
     </message>
     <message>
         <source>Can&apos;t add the record</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось добавить запись</translation>
     </message>
     <message>
         <source>accessbase_%1%2</source>
-        <translation type="unfinished"></translation>
+        <translation>accessbase_%1%2</translation>
     </message>
     <message>
         <source>Open suffered table from file</source>
-        <translation type="unfinished"></translation>
+        <translation>Открыть список доступа из файла</translation>
     </message>
     <message>
         <source>Save suffered table to file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить список доступа в файл</translation>
     </message>
     <message>
         <source>Suffered numbers</source>
-        <translation type="unfinished"></translation>
+        <translation>Список доступа</translation>
     </message>
 </context>
 <context>
     <name>SufferedNumbersWidgetClass</name>
     <message>
         <source>Suffered numbers</source>
-        <translation type="unfinished"></translation>
+        <translation>Список доступа</translation>
     </message>
     <message>
         <source>Access list</source>
-        <translation type="unfinished"></translation>
+        <translation>Список доступа</translation>
     </message>
     <message>
         <source>&amp;Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Фильтр</translation>
     </message>
     <message>
         <source>Number to find</source>
-        <translation type="unfinished"></translation>
+        <translation>Искомый номер</translation>
     </message>
     <message>
         <source>Full coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Полное совпадение</translation>
     </message>
     <message>
         <source>Not regional symbols coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Совпадение букв без региона</translation>
     </message>
     <message>
         <source>Not regional numbers coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Совпадение цифр без региона</translation>
     </message>
     <message>
         <source>Id</source>
-        <translation type="unfinished"></translation>
+        <translation>ID</translation>
     </message>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Номер</translation>
     </message>
     <message>
         <source>From</source>
-        <translation type="unfinished"></translation>
+        <translation>С</translation>
     </message>
     <message>
         <source>Date from</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата начала доступа</translation>
     </message>
     <message>
         <source>Time from</source>
-        <translation type="unfinished"></translation>
+        <translation>Время начала доступа</translation>
     </message>
     <message>
         <source>H:mm:ss</source>
-        <translation type="unfinished"></translation>
+        <translation>H:mm:ss</translation>
     </message>
     <message>
         <source>Till</source>
-        <translation type="unfinished"></translation>
+        <translation>До</translation>
     </message>
     <message>
         <source>Date till</source>
-        <translation type="unfinished"></translation>
+        <translation>Дата окончания доступа</translation>
     </message>
     <message>
         <source>Time till</source>
-        <translation type="unfinished"></translation>
+        <translation>Время окончания доступа</translation>
     </message>
     <message>
         <source>Key</source>
-        <translation type="unfinished"></translation>
+        <translation>Ключ</translation>
     </message>
     <message>
         <source>Comment</source>
-        <translation type="unfinished"></translation>
+        <translation>Комментарий</translation>
     </message>
     <message>
         <source>Create new record</source>
-        <translation type="unfinished"></translation>
+        <translation>Создать</translation>
     </message>
     <message>
         <source>Ctrl+N</source>
-        <translation type="unfinished"></translation>
+        <translation>Ctrl+N</translation>
     </message>
     <message>
         <source>Delete record</source>
-        <translation type="unfinished"></translation>
+        <translation>Удалить</translation>
     </message>
     <message>
         <source>Ctrl+R</source>
-        <translation type="unfinished"></translation>
+        <translation>Ctrl+R</translation>
     </message>
     <message>
         <source>Apply changes</source>
-        <translation type="unfinished"></translation>
+        <translation>Применить</translation>
     </message>
     <message>
         <source>Ctrl+Return</source>
-        <translation type="unfinished"></translation>
+        <translation>Ctrl+Return</translation>
     </message>
     <message>
         <source>The guideline of number coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Правило совпадения номеров</translation>
     </message>
     <message>
         <source>Full symbol coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Полное совпадение символов</translation>
     </message>
     <message>
         <source>One symbol discrepancy</source>
-        <translation type="unfinished"></translation>
+        <translation>Расхождение в одном символе</translation>
     </message>
     <message>
         <source>Two symbols discrepancy</source>
-        <translation type="unfinished"></translation>
+        <translation>Расхождение в двух символах</translation>
     </message>
     <message>
         <source>Three symbols discrepancy</source>
-        <translation type="unfinished"></translation>
+        <translation>Расхождение в трёх символах</translation>
     </message>
     <message>
         <source>Full not regional numbers coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Полное совпадение цифр без региона</translation>
     </message>
     <message>
         <source>Full not regional symbols coincidence</source>
-        <translation type="unfinished"></translation>
+        <translation>Полное совпадение букв без региона</translation>
     </message>
     <message>
         <source>Begin a new list</source>
-        <translation type="unfinished"></translation>
+        <translation>Начать новый список</translation>
     </message>
     <message>
         <source>&amp;New table</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Новая таблица</translation>
     </message>
     <message>
         <source>Fetch the list of a device</source>
-        <translation type="unfinished"></translation>
+        <translation>Загрузить список с устройства</translation>
     </message>
     <message>
         <source>Load from net&amp;work</source>
-        <translation type="unfinished"></translation>
+        <translation>Загрузить с &amp;устройства</translation>
     </message>
     <message>
         <source>Send the list to a device</source>
-        <translation type="unfinished"></translation>
+        <translation>Отправить список на устройство</translation>
     </message>
     <message>
         <source>Save to net&amp;work</source>
-        <translation type="unfinished"></translation>
+        <translation>Отпра&amp;вить на устройство</translation>
     </message>
     <message>
         <source>Alt+Shift+W</source>
-        <translation type="unfinished"></translation>
+        <translation>Alt+Shift+W</translation>
     </message>
     <message>
         <source>Open a list from a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Открыть список из файла</translation>
     </message>
     <message>
         <source>&amp;Load</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Открыть</translation>
     </message>
     <message>
         <source>Save the list to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Сохранить список в файл</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Сохранить</translation>
     </message>
     <message>
         <source>&lt;h1&gt;Vask operation in progress&lt;/h1&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;h1&gt;Выполняется операция Vask&lt;/h1&gt;</translation>
     </message>
 </context>
 <context>
     <name>TableFileDialog</name>
     <message>
         <source>Dump file (*%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл дампа (*%1)</translation>
     </message>
     <message>
         <source>Comma separated values file (*.csv)</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл CSV (*.csv)</translation>
     </message>
 </context>
 <context>
     <name>TableLoad</name>
     <message>
         <source>Interrupted</source>
-        <translation type="unfinished"></translation>
+        <translation>Прервано</translation>
     </message>
     <message>
         <source>The file cannot be read to its end</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл не удалось прочитать до конца</translation>
     </message>
 </context>
 <context>
     <name>TableSave</name>
     <message>
         <source>Destination file exists</source>
-        <translation type="unfinished"></translation>
+        <translation>Файл уже существует</translation>
     </message>
     <message>
         <source>Interrupted</source>
-        <translation type="unfinished"></translation>
+        <translation>Прервано</translation>
     </message>
 </context>
 <context>
     <name>WholeFile</name>
     <message>
         <source>Interrupted</source>
-        <translation type="unfinished"></translation>
+        <translation>Прервано</translation>
     </message>
     <message>
         <source>The file cannot be written</source>
-        <translation type="unfinished"></translation>
+        <translation>Не удалось записать файл</translation>
     </message>
 </context>
 <context>
     <name>main</name>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Ошибка</translation>
     </message>
     <message>
         <source>Stallo is already running.</source>
-        <translation type="unfinished"></translation>
+        <translation>Программа Stallo уже запущена.</translation>
     </message>
 </context>
 </TS>
