@@ -43,6 +43,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     Startup::BoundedEnd boundedEnd;
     QApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.stallo.Stallo"));
     LocalText::useCodecOfLocale();
     initStalloResources();
     const ShutdownSignals shutdownSignals(nullptr);

@@ -2,16 +2,18 @@
 # SPDX-License-Identifier: MIT
 """Draws the program's icon, a raised barrier over a number plate, and the pictures of two buttons.
 
-Run it in this folder after a change: it writes icon1.svg and icon1.ico (16 to 256 px) from one list
-of shapes, so the two never differ, and apply.png and cancel.png (twice the size that buttons show
-them in, for finer screens). Needs nothing but Python 3.
+Run it in this folder after a change: it writes icon1.svg, icon1.ico (16 to 256 px) and icons/ (the
+desktop's icon, 16 to 512 px) from one list of shapes, so that they never differ, and apply.png and
+cancel.png (twice the size that buttons show them in, for finer screens). Needs nothing but Python 3.
 """
+import os
 import struct
 import zlib
 
 SIDE = 64
 SAMPLES = 4
 SIZES = (16, 24, 32, 48, 64, 128, 256)
+DESKTOP_SIZES = (16, 22, 24, 32, 48, 64, 96, 128, 256, 512)
 BUTTON_SIZE = 48
 
 DARK, LIGHT, RED, INK = '#1c2329', '#f0f4f7', '#d9362b', '#12171b'
@@ -125,6 +127,10 @@ if __name__ == '__main__':
         file.write(svg())
     with open('icon1.ico', 'wb') as file:
         file.write(ico())
+    os.makedirs('icons', exist_ok=True)
+    for size in DESKTOP_SIZES:
+        with open(f'icons/{size}.png', 'wb') as file:
+            file.write(png(ICON, size))
     for name, shapes in (('apply.png', APPLY), ('cancel.png', CANCEL)):
         with open(name, 'wb') as file:
             file.write(png(shapes, BUTTON_SIZE))
