@@ -11,7 +11,7 @@ root=$PWD
 build=$root/build/release
 
 if [ "${1-}" != --inside ]; then
-    for tool in xdotool Xvfb localedef import convert compare timeout; do
+    for tool in xdotool Xvfb localedef import convert compare identify mogrify timeout; do
         if ! command -v "$tool" >/dev/null; then
             echo "makepictures.sh: $tool is missing (packages xdotool xvfb locales imagemagick)" >&2
             exit 1
@@ -129,10 +129,11 @@ has_button() { [ -n "$(button "$1" "$2")" ]; }
 
 # --- pictures ---
 
-# take NAME [WINDOW]: what is on the screen or in one window. In 96 colours: it is mostly plain areas.
+# take NAME [WINDOW]: what is on the screen or in one window. In 256 colours, which is a third of the
+# size and hardly to be seen: it is mostly plain areas.
 take() {
     import -window "${2:-root}" "$folder/raw.png"
-    convert "$folder/raw.png" +dither -colors 96 -strip -define png:compression-level=9 "PNG8:$folder/$1.png"
+    convert "$folder/raw.png" +dither -colors 256 -strip -define png:compression-level=9 "PNG8:$folder/$1.png"
 }
 take_still() {
     settle
@@ -238,6 +239,7 @@ press_button 733 2
 until_true "no address dialog" has_windows 2
 key Return
 until_true "no interval dialog" has_windows 2
+key Down # "By selection", of the last day
 take_still interval "$(newest_window)"
 key Return
 until_true "no photos" files_at_least "$data/ArchiveTemp" 150
@@ -299,6 +301,9 @@ printf 'DHCP=0\nIPADDR=192.168.1.10\nNETMASK=255.255.255.0\nGATEWAY=192.168.1.1\
 printf 'nameserver 192.168.1.1\nnameserver 192.168.1.2\n' >cfg-resolv.cfg
 start_program "$build/netsetup/stallo-netsetup"
 take_still network "$(newest_window)"
+# The hardware address is of the machine that makes the pictures.
+width=$(identify -format %w "$folder/network.png")
+mogrify -fill '#1c2329' -draw "rectangle $((width - 170)),8 $((width - 8)),50" "$folder/network.png"
 end_program
 
 for picture in $all; do
