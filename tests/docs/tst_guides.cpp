@@ -6,6 +6,8 @@
 #include <QImageReader>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -24,10 +26,31 @@ Document document(const QString &name)
 bool isOfTheToolkit(const QString &message)
 {
     static const QStringList texts = {QStringLiteral("Connection refused"),
+                                      QStringLiteral("Отказано в соединении"),
                                       QStringLiteral("Network unreachable"),
+                                      QStringLiteral("Сеть недоступна"),
                                       QStringLiteral("The remote host closed the connection"),
+                                      QStringLiteral("Удалённый узел закрыл соединение"),
+                                      QStringLiteral("No space left on device"),
+                                      QStringLiteral("Нет свободного места на устройстве"),
+                                      QStringLiteral("Permission denied"),
+                                      QStringLiteral("Доступ запрещён"),
+                                      QStringLiteral("No such file or directory"),
+                                      QStringLiteral("Файл или каталог не существует"),
                                       QStringLiteral("Timeout when reading file from vask")};
     return texts.contains(message);
+}
+
+// As it stands, as the beginning of a text, or with "…" for a part of it.
+bool isOnScreen(const QString &quoted, const QStringList &texts)
+{
+    const QStringList pieces = quoted.split(QChar(0x2026));
+    return std::any_of(texts.begin(), texts.end(), [&pieces](const QString &text) {
+        return text.startsWith(pieces.first().trimmed()) &&
+               std::all_of(pieces.begin(), pieces.end(), [&text](const QString &piece) {
+                   return text.contains(piece.trimmed());
+               });
+    });
 }
 
 // The texts between quotation marks in the first column of the table of messages.
@@ -61,6 +84,8 @@ private Q_SLOTS:
     void twinsHaveTheSamePictures();
     void linksLead_data();
     void linksLead();
+    void everyQuotedTextIs_data();
+    void everyQuotedTextIs();
     void everyMessageIs();
     void everyMessageIsNamed();
     void russianMessagesAreThoseOnTheScreen();
@@ -184,6 +209,37 @@ void TestGuides::linksLead()
     while (links.hasNext()) {
         const QString target = links.next().captured(1);
         QVERIFY2(QFileInfo::exists(folder.filePath(target)), qPrintable(target));
+    }
+}
+
+void TestGuides::everyQuotedTextIs_data()
+{
+    QTest::addColumn<QString>("guide");
+    QTest::addColumn<QString>("quotes");
+    QTest::addColumn<QStringList>("texts");
+
+    const QMultiMap<QString, QString> texts = catalogueTexts(catalogue);
+    QTest::newRow("english") << english << QStringLiteral("\"([^\"]*)\"")
+                             << QStringList(texts.keys());
+    QTest::newRow("russian") << russian << QStringLiteral("«([^»]*)»")
+                             << QStringList(texts.values());
+}
+
+// What stands in quotation marks is on the screen.
+void TestGuides::everyQuotedTextIs()
+{
+    QFETCH(QString, guide);
+    QFETCH(QString, quotes);
+    QFETCH(QStringList, texts);
+    texts.removeAll(QString());
+    if (texts.isEmpty()) {
+        QSKIP("The catalogue has no translations yet.");
+    }
+    auto matches = QRegularExpression(quotes).globalMatch(document(guide).text().simplified());
+    QVERIFY(matches.hasNext());
+    while (matches.hasNext()) {
+        const QString text = matches.next().captured(1);
+        QVERIFY2(isOfTheToolkit(text) || isOnScreen(text, texts), qPrintable(text));
     }
 }
 
