@@ -24,6 +24,9 @@ if [ "${1-}" != --inside ]; then
         fi
     done
     [ $# -gt 0 ] || set -- en ru
+    # In the background, so that a signal to this script ends everything at once.
+    child=
+    trap 'kill $child 2>/dev/null; wait; exit 143' TERM INT HUP
     for language in "$@"; do
         case $language in
             en) locale=en_US ;;
@@ -31,7 +34,9 @@ if [ "${1-}" != --inside ]; then
             *) echo "usage: makepictures.sh [en] [ru]" >&2; exit 2 ;;
         esac
         STALLO_SCREEN=1280x800 timeout 240 tests/support/withdisplay.sh \
-            "$root/docs/makepictures.sh" --inside "$language" "$locale"
+            "$root/docs/makepictures.sh" --inside "$language" "$locale" &
+        child=$!
+        wait "$child"
     done
     exit 0
 fi
