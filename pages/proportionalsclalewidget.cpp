@@ -58,9 +58,12 @@ QPixmap ProportionalSclaleWidget::loadPhoto(const QString &fileName)
 {
     QImageReader reader(fileName);
     // A device's file may have any name, and cameras mount upside down: the picture is shown as it
-    // was stored.
+    // was stored. What a device sends is no occasion to try every decoder that is installed.
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(false);
+    if (reader.format() != "jpeg") {
+        return QPixmap();
+    }
     const QSize size = reader.size();
     if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels) {
         return QPixmap();

@@ -126,6 +126,7 @@ private Q_SLOTS:
     void linesBeginAtTheWidgetsTop();
     void secondLine();
     void oneListOfLines();
+    void showsNoOtherKindOfPicture();
     void clear();
     void nothingToShow();
     void partIsPaintedAsPartOfTheWhole();
@@ -386,7 +387,7 @@ void TestProportionalSclaleWidget::secondLine()
 void TestProportionalSclaleWidget::oneListOfLines()
 {
     const QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("photo.png"));
+    const QString file = folder.filePath(QStringLiteral("photo.jpeg"));
     QVERIFY(::photo(40, 30).save(file));
     ProportionalSclaleWidget widget;
     widget.setLayers(file, {QStringLiteral("a"), QStringLiteral("b")});
@@ -400,6 +401,16 @@ void TestProportionalSclaleWidget::oneListOfLines()
     QCOMPARE(widget.lines(), QStringList{QStringLiteral("c")});
     widget.setLayers(file, {});
     QCOMPARE(widget.lines(), QStringList());
+}
+
+void TestProportionalSclaleWidget::showsNoOtherKindOfPicture()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("photo"));
+    QVERIFY(::photo(40, 30).save(file, "PNG"));
+    QVERIFY(ProportionalSclaleWidget::loadPhoto(file).isNull());
+    QVERIFY(::photo(40, 30).save(file, "JPEG"));
+    QCOMPARE(ProportionalSclaleWidget::loadPhoto(file).size(), QSize(40, 30));
 }
 
 void TestProportionalSclaleWidget::clear()
