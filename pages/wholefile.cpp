@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr qint64 copyStep = 64 * 1024;
+constexpr qint64 copyStep = 65536;
 
 } // namespace
 

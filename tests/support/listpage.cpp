@@ -226,7 +226,7 @@ Access ListPage::entry(int n)
     const QDateTime begin(QDate(2026, 11, 21), QTime(8, 0), Qt::UTC);
     Access access;
     access.setNumber(QStringLiteral("A%1BC77").arg(n % 1000, 3, 10, QLatin1Char('0')));
-    access.setDateTimeFrom(begin.addSecs(61 * n));
+    access.setDateTimeFrom(begin.addSecs(qint64{61} * n));
     access.setDateTimeTill(begin.addDays(1 + n).addSecs(7));
     access.setAccessKey(QStringLiteral("key %1").arg(n));
     access.setComment(QStringLiteral("flat %1").arg(n));

@@ -26,7 +26,9 @@ QAbstractButton *fileDialogButton(QWidget *window, QDialogButtonBox::StandardBut
 
 void press(QAbstractButton *button)
 {
-    QVERIFY(button != nullptr);
+    if (button == nullptr) {
+        QFAIL("there is no such button");
+    }
     QVERIFY(button->isEnabled());
     QTest::mouseClick(button, Qt::LeftButton);
 }
