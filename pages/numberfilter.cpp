@@ -14,14 +14,6 @@ namespace
 constexpr int rowsAtOnce = 50000;
 constexpr int pauseMsec = 300;
 
-// The tables show Latin letters, while a keyboard may type local ones that look the same. A text
-// without these stays as it is, its small letters included.
-QString inLatinLetters(const QString &typed)
-{
-    const QString translated = VaskSettings::translateFromLocal(typed);
-    return translated == typed.toUpper() ? typed : translated;
-}
-
 } // namespace
 
 NumberFilter::NumberFilter(const Widgets &widgets, QAbstractItemModel *model,
@@ -67,8 +59,10 @@ void NumberFilter::apply()
         typed.clear();
         widgets_.text->clear();
     }
-    wanted_ = widgets_.text->isEnabled() ? VaskSettings::numFilter(inLatinLetters(typed), mode())
-                                         : QRegExp();
+    // The tables show Latin letters, while a keyboard may type local ones that look the same.
+    wanted_ = widgets_.text->isEnabled()
+                  ? VaskSettings::numFilter(VaskSettings::inLatinLetters(typed), mode())
+                  : QRegExp();
     if (proxy_->sourceModel()->rowCount() > rowsAtOnce) {
         pause_.start();
     } else {
