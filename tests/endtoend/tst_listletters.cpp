@@ -1,0 +1,3 @@
+// SPDX-License-Identifier: MIT
+#include "tests/endtoend/letterscase.h"
+int main() {}
