@@ -244,9 +244,6 @@ void TestListLetters::filters()
 {
     QFETCH(bool, isLatin);
     QFETCH(QString, mode);
-    if (isUtf8() && mode == QLatin1String("radioButtonNotRegionalNumbers")) {
-        QSKIP("the numbers have lost the region behind which the search by digits looks");
-    }
     fetch();
     const Access entry = recordIn<Access>(list(), 4);
     const QString number = texts_.text(entry, AccessLayout::number);
@@ -254,6 +251,10 @@ void TestListLetters::filters()
     page_->find<QCheckBox>("checkBoxFilter")->setChecked(true);
     page_->press(mode.toLatin1().constData());
     type("lineEditFilter", (isLatin ? latin : number).toLower());
+    if (isUtf8() && mode == QLatin1String("radioButtonNotRegionalNumbers")) {
+        QCOMPARE(page_->rows(), 0); // it looks for a region, which the numbers have lost
+        return;
+    }
     QCOMPARE(page_->rows(), 1);
     QCOMPARE(page_->cell(0, AccessModel::NumberColumn), number);
     // An entry that is stored anew is found as well.
