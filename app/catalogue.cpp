@@ -2,6 +2,7 @@
 #include "app/catalogue.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 
@@ -22,5 +23,10 @@ QString Catalogue::toolkitFolder()
 
 QString Catalogue::installedFolder()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../share/stallo");
+    // The application object has read its own path before it was told the codec of the locale, and
+    // keeps what it read: a folder with local letters would not be found.
+    const QString program = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
+    const QString folder = program.isEmpty() ? QCoreApplication::applicationDirPath()
+                                             : QFileInfo(program).absolutePath();
+    return folder + QStringLiteral("/../share/stallo");
 }

@@ -9,6 +9,7 @@
 #include "records/accessmodel.h"
 #include "records/csv.h"
 #include "records/recordfile.h"
+#include "records/vasksettings.h"
 
 #include <algorithm>
 
@@ -24,7 +25,8 @@ NumberSource AccessFiles::numbersOf(const AccessModel *model)
             [](const char *record) {
                 Access access;
                 std::copy_n(record, Access::size, access.data());
-                return access.number();
+                // A device may write its list in local letters, which stay as they are.
+                return VaskSettings::translateFromLocal(access.number());
             }};
 }
 

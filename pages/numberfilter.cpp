@@ -59,9 +59,10 @@ void NumberFilter::apply()
         typed.clear();
         widgets_.text->clear();
     }
-    // The table shows Latin letters, whichever a device sends and the operator's keys type.
-    const QString wanted = VaskSettings::translateFromLocal(typed);
-    wanted_ = widgets_.text->isEnabled() ? VaskSettings::numFilter(wanted, mode()) : QRegExp();
+    // The tables show Latin letters, while a keyboard may type local ones that look the same.
+    wanted_ = widgets_.text->isEnabled()
+                  ? VaskSettings::numFilter(VaskSettings::inLatinLetters(typed), mode())
+                  : QRegExp();
     if (proxy_->sourceModel()->rowCount() > rowsAtOnce) {
         pause_.start();
     } else {

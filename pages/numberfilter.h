@@ -45,7 +45,8 @@ public:
 
     // As the check box tells it.
     void enable(int state);
-    // What is typed and how it is meant. A text that cannot be typed in this way is cleared.
+    // What is typed and how it is meant; local letters that look like Latin ones find these. The
+    // text on view stays as it was typed, but one that cannot be typed in this way is cleared.
     void apply();
 
 private:

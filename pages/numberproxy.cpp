@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pages/numberproxy.h"
 
+#include "records/vasksettings.h"
+
 #include <QFile>
 
 namespace
@@ -31,8 +33,13 @@ void NumberProxy::change(const std::function<void()> &action)
 
 bool NumberProxy::filterAcceptsRow(int row, const QModelIndex &parent) const
 {
-    return row < matches_.size() ? matches_.testBit(row)
-                                 : QSortFilterProxyModel::filterAcceptsRow(row, parent);
+    if (row < matches_.size()) {
+        return matches_.testBit(row);
+    }
+    const QRegExp expression = filterRegExp();
+    const QString number = sourceModel()->index(row, source_.column, parent).data().toString();
+    return expression.isEmpty() ||
+           expression.indexIn(VaskSettings::translateFromLocal(number)) >= 0;
 }
 
 // Empty where the table itself must be asked.

@@ -12,11 +12,12 @@ struct NumberSource {
     int recordSize;
     // The record file that the table is bound to; empty when it is not.
     std::function<QString()> file;
-    // The number in a record, as the table shows it.
+    // The number in a record as the table shows it, with local letters translated to Latin ones.
     std::function<QString(const char *record)> number;
 };
 
-// Shows the rows whose number the filter expression finds; all of them while it is empty.
+// Shows the rows whose number, in Latin letters, the filter expression finds; all of them while it
+// is empty.
 //
 // The toolkit asks the table row by row, and takes its map of rows apart once for every gap: a
 // filter typed over 100,000 passages would stop the window for seconds. So a whole table is never

@@ -75,6 +75,12 @@ QString VaskSettings::translateFromLocal(const QString &number)
     return result;
 }
 
+QString VaskSettings::inLatinLetters(const QString &text)
+{
+    const QString translated = translateFromLocal(text);
+    return translated == text.toUpper() ? text : translated;
+}
+
 QString VaskSettings::readableNumber(const QString &number)
 {
     return unreadableAs(QLatin1Char('#'), number);

@@ -40,6 +40,9 @@ public:
     // set is empty the text is returned as it is.
     static QString translateFromLocal(const QString &number);
 
+    // The same for a text with local letters; any other stays as it is, its small letters included.
+    static QString inLatinLetters(const QString &text);
+
     // The number as it is shown: "#" for every character that the device could not read.
     static QString readableNumber(const QString &number);
 

@@ -6,13 +6,15 @@
 
 #include <algorithm>
 
-Archive::Archive(int rows, qint64 end, int step, quint32 seed, int residents, bool unordered)
+Archive::Archive(int rows, qint64 end, int step, quint32 seed, int residents, bool unordered,
+                 const DeviceTexts &texts)
     : rows_(rows)
     , end_(end)
     , step_(step)
     , seed_(seed)
     , residents_(residents)
     , unordered_(unordered)
+    , texts_(texts)
 {
 }
 
@@ -33,13 +35,13 @@ Scan Archive::scan(int row) const
     }
     Scan result;
     result.setDateTime(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
-    result.setNumber(number);
+    texts_.put(&result, ScanLayout::number, texts_.plate(number));
     result.setIncoming(mixer.below(2) == 0);
     result.setInAccessList(known);
     result.setAccessGranted(known);
     if (known) {
-        result.setComment(QStringLiteral("Passage %1").arg(row));
-        result.setAccessKey(QStringLiteral("%1").arg(pick % 100000000U, 8, 10, QLatin1Char('0')));
+        texts_.put(&result, ScanLayout::comment, texts_.passage(row));
+        texts_.put(&result, ScanLayout::accessKey, texts_.key(pick % 100000000U));
     }
     return result;
 }

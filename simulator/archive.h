@@ -2,6 +2,7 @@
 #pragma once
 
 #include "records/scan.h"
+#include "simulator/devicetexts.h"
 #include "simulator/filetree.h"
 
 #include <QByteArray>
@@ -16,7 +17,8 @@ class Archive : public FileContent
 {
 public:
     // rows at least 0, end in Unix seconds, step at least 1.
-    Archive(int rows, qint64 end, int step, quint32 seed, int residents, bool unordered);
+    Archive(int rows, qint64 end, int step, quint32 seed, int residents, bool unordered,
+            const DeviceTexts &texts = DeviceTexts());
 
     int rows() const { return rows_; }
     Scan scan(int row) const;
@@ -31,4 +33,5 @@ private:
     quint32 seed_;
     int residents_;
     bool unordered_;
+    DeviceTexts texts_;
 };

@@ -44,6 +44,8 @@ constexpr Option options[] = {
     {"archive-unordered", nullptr, "The archive is not in the order of time."},
     {"residents", "N", "Entries of the access list, up to 1000 (40)."},
     {"seed", "N", "Another number gives other plates, passages and pictures (1)."},
+    {"code-page", "NAME", "Code page of its texts, such as CP1251 or KOI8-R (the locale's)."},
+    {"cyrillic", nullptr, "Plates, comments and keys have cyrillic letters."},
     {"root", "FOLDER", "Serve the files below FOLDER too, and write uploads there."},
     {"journal", "FILE", "Append everything that happens to FILE."},
     {"sent", "FILE", "Append every record that was sent to FILE."},
@@ -170,10 +172,17 @@ bool CommandLine::takeTexts(const QCommandLineParser &parser)
     text("root", &root_);
     text("journal", &journal_);
     text("sent", &config_.sentFile);
+    config_.feed.texts.codePage = parser.value(QStringLiteral("code-page")).toLatin1();
+    config_.feed.texts.cyrillic = parser.isSet(QStringLiteral("cyrillic"));
     config_.archiveUnordered = parser.isSet(QStringLiteral("archive-unordered"));
     exitsWithStdin_ = parser.isSet(QStringLiteral("exit-with-stdin"));
     if (QHostAddress(config_.address).isNull()) {
         return fail(QStringLiteral("\"%1\" is not an address.").arg(config_.address));
+    }
+    if (parser.isSet(QStringLiteral("code-page")) &&
+        !DeviceTexts::isCodePage(config_.feed.texts.codePage)) {
+        return fail(QStringLiteral("\"%1\" is not a usable code page.")
+                        .arg(parser.value(QStringLiteral("code-page"))));
     }
     if (parser.isSet(QStringLiteral("root")) && !QFileInfo(root_).isDir()) {
         return fail(QStringLiteral("\"%1\" is not a folder.").arg(root_));

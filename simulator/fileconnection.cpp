@@ -22,7 +22,7 @@ constexpr char putCommand[] = "PUT_IMMEDIATE_FILE:";
 } // namespace
 
 FileConnection::FileConnection(QTcpSocket *socket, int number, FileTree *tree, Faults *faults,
-                               Journal *journal, QObject *parent)
+                               Journal *journal, const DeviceTexts &texts, QObject *parent)
     : QObject(parent)
     , socket_(socket)
     , number_(number)
@@ -30,6 +30,7 @@ FileConnection::FileConnection(QTcpSocket *socket, int number, FileTree *tree, F
     , tree_(tree)
     , faults_(faults)
     , journal_(journal)
+    , texts_(texts)
 {
     socket_->setParent(this);
     socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
@@ -108,7 +109,7 @@ void FileConnection::onDisconnected()
 void FileConnection::takeRequest(const QByteArray &line)
 {
     if (line.startsWith(getCommand)) {
-        takeGet(QString::fromLocal8Bit(line.mid(static_cast<int>(sizeof getCommand) - 1)));
+        takeGet(line.mid(static_cast<int>(sizeof getCommand) - 1));
     } else if (line.startsWith(putCommand)) {
         takePut(line.mid(static_cast<int>(sizeof putCommand) - 1));
     } else {
@@ -118,11 +119,11 @@ void FileConnection::takeRequest(const QByteArray &line)
     }
 }
 
-void FileConnection::takeGet(const QString &path)
+void FileConnection::takeGet(const QByteArray &path)
 {
-    path_ = path;
-    note(JournalEntry::Kind::Request, path, getCommand + path.toLocal8Bit());
-    faulty_ = faults_->take(Fault::Method::Get, path, &fault_);
+    path_ = texts_.decoded(path);
+    note(JournalEntry::Kind::Request, path_, getCommand + path);
+    faulty_ = faults_->take(Fault::Method::Get, path_, &fault_);
     if (!endsBeforeAnswer()) {
         inTime(&FileConnection::answerGet);
     }
@@ -133,7 +134,7 @@ void FileConnection::takePut(const QByteArray &rest)
     const int comma = rest.lastIndexOf(',');
     bool good = false;
     uploadSize_ = comma < 0 ? 0 : rest.mid(comma + 1).toLongLong(&good);
-    path_ = QString::fromLocal8Bit(rest.left(comma < 0 ? rest.size() : comma));
+    path_ = texts_.decoded(rest.left(comma < 0 ? rest.size() : comma));
     note(JournalEntry::Kind::Request, path_, putCommand + rest);
     if (!good || uploadSize_ < 0 || uploadSize_ > uploadLimit || path_.isEmpty()) {
         answer("Error=Bad request");

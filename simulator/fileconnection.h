@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "simulator/devicetexts.h"
 #include "simulator/faults.h"
 #include "simulator/filesender.h"
 #include "simulator/filetree.h"
@@ -29,7 +30,7 @@ class FileConnection : public QObject
 public:
     // Takes the socket, which must be connected.
     FileConnection(QTcpSocket *socket, int number, FileTree *tree, Faults *faults, Journal *journal,
-                   QObject *parent);
+                   const DeviceTexts &texts, QObject *parent);
     ~FileConnection() override;
 
     // Acts on a fault of the connection itself, or waits for the request.
@@ -48,7 +49,7 @@ private:
     void onReadyRead();
     void onDisconnected();
     void takeRequest(const QByteArray &line);
-    void takeGet(const QString &path);
+    void takeGet(const QByteArray &path);
     void takePut(const QByteArray &rest);
     // Does what a fault asks for before the answer; false when there is to be one.
     bool endsBeforeAnswer();
@@ -72,6 +73,7 @@ private:
     FileTree *tree_;
     Faults *faults_;
     Journal *journal_;
+    DeviceTexts texts_;
     State state_ = State::Request;
     bool faulty_ = false;
     Fault fault_;

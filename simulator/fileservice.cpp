@@ -6,12 +6,13 @@
 #include <algorithm>
 
 FileService::FileService(FileTree *tree, Faults *faults, Journal *journal, int *connectionNumbers,
-                         QObject *parent)
+                         const DeviceTexts &texts, QObject *parent)
     : QObject(parent)
     , tree_(tree)
     , faults_(faults)
     , journal_(journal)
     , connectionNumbers_(connectionNumbers)
+    , texts_(texts)
     , server_(this)
 {
     // A panel that fetches the photos of a whole burst opens many connections at once.
@@ -29,8 +30,8 @@ FileService::~FileService()
 void FileService::onNewConnection()
 {
     while (QTcpSocket *socket = server_.nextPendingConnection()) {
-        auto *connection =
-            new FileConnection(socket, ++*connectionNumbers_, tree_, faults_, journal_, this);
+        auto *connection = new FileConnection(socket, ++*connectionNumbers_, tree_, faults_,
+                                              journal_, texts_, this);
         connections_.push_back(connection);
         connect(connection, &FileConnection::uploaded, this, &FileService::uploaded);
         connect(connection, &FileConnection::finished, this, [this, connection] {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "simulator/devicetexts.h"
+
 #include <QObject>
 #include <QTcpServer>
 
@@ -20,7 +22,7 @@ class FileService : public QObject
 
 public:
     FileService(FileTree *tree, Faults *faults, Journal *journal, int *connectionNumbers,
-                QObject *parent);
+                const DeviceTexts &texts, QObject *parent);
     ~FileService() override;
 
     QTcpServer &server() { return server_; }
@@ -38,6 +40,7 @@ private:
     Faults *faults_;
     Journal *journal_;
     int *connectionNumbers_;
+    DeviceTexts texts_;
     QTcpServer server_;
     std::vector<FileConnection *> connections_; // children
 };

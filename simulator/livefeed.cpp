@@ -12,42 +12,51 @@ namespace
 
 constexpr char openedByHand[] = "O000OO00";
 
-const char *const families[] = {"Abel",   "Brandt", "Corso",   "Dietz",  "Ekman", "Ferrer",
-                                "Gruber", "Halas",  "Ivanova", "Jensen", "Kovac", "Lindqvist",
-                                "Moreau", "Novak",  "Orlova",  "Petrov", "Quint", "Rossi"};
-
 QDateTime startOfYear(int year)
 {
     return QDateTime(QDate(year, 1, 1), QTime(0, 0), Qt::UTC);
 }
 
-Access resident(int id, quint32 seed)
+Access resident(int id, quint32 seed, const DeviceTexts &texts)
 {
     Mixer mixer(seed, 0x52455349U + static_cast<quint32>(id));
     Access entry;
     entry.setId(static_cast<qint16>(id));
-    entry.setNumber(LiveFeed::makeNumber(seed, static_cast<quint32>(id)));
+    texts.put(&entry, AccessLayout::number,
+              texts.plate(LiveFeed::makeNumber(seed, static_cast<quint32>(id))));
     entry.setDateTimeFrom(startOfYear(2020));
     // One in ten has moved out.
     entry.setDateTimeTill(startOfYear(mixer.below(10) == 0 ? 2021 : 2037));
-    entry.setAccessKey(QStringLiteral("%1").arg(mixer.below(100000000), 8, 10, QLatin1Char('0')));
-    entry.setComment(QStringLiteral("%1, flat %2")
-                         .arg(QLatin1String(families[mixer.below(std::size(families))]))
-                         .arg(1 + mixer.below(180)));
+    texts.put(&entry, AccessLayout::accessKey, texts.key(mixer.below(100000000)));
+    const quint32 family = mixer.below(DeviceTexts::families);
+    texts.put(&entry, AccessLayout::comment, texts.resident(family, 1 + mixer.below(180)));
     return entry;
 }
 
-void setPhotoName(OnLine *record)
+// A device names a photo by the number that it has read itself, in its own letters.
+struct PhotoSubject {
+    QString plate;
+    QDateTime time;
+
+    const QString &number() const { return plate; }
+    const QDateTime &dateTime() const { return time; }
+};
+
+void setPhotoName(OnLine *record, const DeviceTexts &texts = DeviceTexts())
 {
-    record->setFileName(DevicePaths::photoFolder() + VaskSettings::picFileName(*record));
+    const PhotoSubject subject{texts.text(*record, OnLineLayout::number).trimmed(),
+                               record->dateTime()};
+    texts.put(record, OnLineLayout::fileName,
+              DevicePaths::photoFolder() + VaskSettings::picFileName(subject));
 }
 
-void putBytes(OnLine *record, const RecordField &field, const QByteArray &bytes)
+// As they stand in the access list.
+void takeTexts(OnLine *record, const Access &entry)
 {
-    const QByteArray cut = bytes.left(static_cast<int>(field.size));
-    std::memset(record->data() + field.offset, 0, field.size);
-    std::memcpy(record->data() + field.offset, cut.constData(),
-                static_cast<std::size_t>(cut.size()));
+    DeviceTexts::putBytes(record, OnLineLayout::comment,
+                          DeviceTexts::fieldBytes(entry, AccessLayout::comment));
+    DeviceTexts::putBytes(record, OnLineLayout::accessKey,
+                          DeviceTexts::fieldBytes(entry, AccessLayout::accessKey));
 }
 
 } // namespace
@@ -64,7 +73,7 @@ void LiveFeed::setAccessList(const QByteArray &list)
     for (int place = 0; place + Access::size <= list.size(); place += Access::size) {
         Access entry;
         std::memcpy(entry.data(), list.constData() + place, Access::size);
-        if (entry.isValid() && !entry.number().isEmpty()) {
+        if (entry.isValid() && !numberOf(entry).isEmpty()) {
             accessList_.push_back(entry);
         }
     }
@@ -80,23 +89,24 @@ OnLine LiveFeed::next(const QDateTime &time)
     const bool incoming = mixer_.below(2) == 0;
     photoLate_ = mixer_.share() < config_.latePhotos;
 
+    const DeviceTexts &texts = config_.texts;
+    const auto plate = [&](quint32 seed) { return texts.plate(makeNumber(seed, pick)); };
     OnLine result;
     if (opening < config_.manual + config_.card) {
-        result = record(QLatin1String(openedByHand), time);
+        result = record(texts.plate(QLatin1String(openedByHand)), time);
         result.setAccessGranted(true);
         if (opening >= config_.manual && !accessList_.empty()) {
             const Access &entry = accessList_[pick % accessList_.size()];
-            result.setAccessKey(entry.accessKey());
-            result.setComment(entry.comment());
+            takeTexts(&result, entry);
         } else if (opening >= config_.manual) {
-            result.setAccessKey(QStringLiteral("00000000"));
+            texts.put(&result, OnLineLayout::accessKey, texts.key(0));
         }
     } else if (kind < config_.unreadable) {
-        result = record(unreadable(LiveFeed::makeNumber(config_.seed, pick), pick), time);
+        result = record(unreadable(plate(config_.seed), pick), time);
     } else if (kind < config_.unreadable + config_.unknown || accessList_.empty()) {
-        result = record(LiveFeed::makeNumber(config_.seed ^ 0x55555555U, pick), time);
+        result = record(plate(config_.seed ^ 0x55555555U), time);
     } else {
-        result = record(accessList_[pick % accessList_.size()].number(), time);
+        result = record(numberOf(accessList_[pick % accessList_.size()]), time);
     }
     result.setIncoming(incoming);
     return result;
@@ -107,17 +117,18 @@ OnLine LiveFeed::record(const QString &number, const QDateTime &time)
     OnLine result;
     result.setType(1);
     result.setIncoming(true);
-    result.setNumber(number);
+    config_.texts.put(&result, OnLineLayout::number, number.trimmed());
     result.setDateTime(time);
-    setPhotoName(&result);
+    setPhotoName(&result, config_.texts);
+    const QByteArray bytes = DeviceTexts::fieldBytes(result, OnLineLayout::number);
     const auto entry =
-        std::find_if(accessList_.begin(), accessList_.end(),
-                     [&result](const Access &known) { return known.number() == result.number(); });
+        std::find_if(accessList_.begin(), accessList_.end(), [&](const Access &known) {
+            return config_.texts.encoded(numberOf(known)) == bytes;
+        });
     if (entry != accessList_.end()) {
         result.setInAccessList(true);
         result.setAccessGranted(entry->dateTimeFrom() <= time && time <= entry->dateTimeTill());
-        result.setComment(entry->comment());
-        result.setAccessKey(entry->accessKey());
+        takeTexts(&result, *entry);
     }
     return result;
 }
@@ -132,12 +143,17 @@ QString LiveFeed::unreadable(QString number, quint32 pick)
     return number;
 }
 
-QByteArray LiveFeed::makeAccessList(int entries, quint32 seed)
+QString LiveFeed::numberOf(const Access &entry) const
+{
+    return config_.texts.text(entry, AccessLayout::number).trimmed();
+}
+
+QByteArray LiveFeed::makeAccessList(int entries, quint32 seed, const DeviceTexts &texts)
 {
     QByteArray result;
     result.reserve(entries * Access::size);
     for (int id = 0; id < entries; ++id) {
-        result.append(resident(id, seed).data(), Access::size);
+        result.append(resident(id, seed, texts).data(), Access::size);
     }
     return result;
 }
@@ -174,20 +190,20 @@ OnLine SampleRecords::plain(const QString &number, const QDateTime &time)
 OnLine SampleRecords::withNumberBytes(const QByteArray &number, const QDateTime &time)
 {
     OnLine record = plain(QString(), time);
-    putBytes(&record, OnLineLayout::number, number);
+    DeviceTexts::putBytes(&record, OnLineLayout::number, number);
     setPhotoName(&record);
     return record;
 }
 
 OnLine SampleRecords::withCommentBytes(OnLine record, const QByteArray &comment)
 {
-    putBytes(&record, OnLineLayout::comment, comment);
+    DeviceTexts::putBytes(&record, OnLineLayout::comment, comment);
     return record;
 }
 
 OnLine SampleRecords::withKeyBytes(OnLine record, const QByteArray &key)
 {
-    putBytes(&record, OnLineLayout::accessKey, key);
+    DeviceTexts::putBytes(&record, OnLineLayout::accessKey, key);
     return record;
 }
 

@@ -3,6 +3,7 @@
 
 #include "records/access.h"
 #include "records/online.h"
+#include "simulator/devicetexts.h"
 #include "simulator/mixer.h"
 
 #include <QByteArray>
@@ -24,6 +25,7 @@ struct FeedConfig {
     double latePhotos = 0; // records whose photo comes later
     int lateMsec = 5000;   // by how much
     quint32 seed = 1;
+    DeviceTexts texts;
 };
 
 // The records that a simulated device sends, one after the other. The same configuration, access
@@ -42,17 +44,19 @@ public:
 
     // The next record, passing at this time.
     OnLine next(const QDateTime &time);
-    // A record of this number, with the verdict that the access list gives it.
+    // A record of this number as it is given, with the verdict that the access list gives it.
     OnLine record(const QString &number, const QDateTime &time);
     // Whether the photo of the record made last comes late.
     bool isPhotoLate() const { return photoLate_; }
 
     // A list of so many entries with ids from 0: the residents of a simulated device.
-    static QByteArray makeAccessList(int entries, quint32 seed);
+    static QByteArray makeAccessList(int entries, quint32 seed,
+                                     const DeviceTexts &texts = DeviceTexts());
     // A complete Latin number; the same for the same seed and place.
     static QString makeNumber(quint32 seed, quint32 place);
 
 private:
+    QString numberOf(const Access &entry) const;
     static QString unreadable(QString number, quint32 pick);
 
     FeedConfig config_;

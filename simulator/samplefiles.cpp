@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/samplefiles.h"
 
-QByteArray SampleFiles::streams(const QString &deviceId)
+QByteArray SampleFiles::streams(const QString &deviceId, const DeviceTexts &texts)
 {
-    return "[common]\ndeviceid=" + deviceId.toLocal8Bit() + "\n";
+    return "[common]\ndeviceid=" + texts.encoded(deviceId) + "\n";
 }
 
 QByteArray SampleFiles::streamsWithComma()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "simulator/devicetexts.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -8,8 +10,8 @@
 // missing, remove it from the tree.
 namespace SampleFiles
 {
-// As a device has it, in the encoding of the locale.
-QByteArray streams(const QString &deviceId);
+// As a device has it.
+QByteArray streams(const QString &deviceId, const DeviceTexts &texts = DeviceTexts());
 // An unquoted comma in the identifier, which INI readers take for a list: "Gate 1, North".
 QByteArray streamsWithComma();
 // A cyrillic identifier in the code page CP1251, whatever the locale.

@@ -36,7 +36,7 @@ SimulatedDevice::SimulatedDevice(const DeviceConfig &config, FileTree *files, Fa
     , faults_(faults)
     , journal_(journal)
     , onLine_(journal, &connectionNumbers_, this)
-    , fileService_(files, faults, journal, &connectionNumbers_, this)
+    , fileService_(files, faults, journal, &connectionNumbers_, config.feed.texts, this)
     , feed_(config.feed)
     , tick_(this)
     , comeBack_(this)
@@ -68,16 +68,17 @@ SimulatedDevice::~SimulatedDevice()
 void SimulatedDevice::makeFiles()
 {
     const quint32 seed = config_.feed.seed;
+    const DeviceTexts &texts = config_.feed.texts;
     const auto bytes = [this](const QString &path, const QByteArray &content) {
         files_->setMaker(path, [content](const QString &) { return FileTree::contentOf(content); });
     };
-    bytes(DevicePaths::streams(), SampleFiles::streams(config_.deviceId));
-    bytes(DevicePaths::accessList(), LiveFeed::makeAccessList(config_.residents, seed));
+    bytes(DevicePaths::streams(), SampleFiles::streams(config_.deviceId, texts));
+    bytes(DevicePaths::accessList(), LiveFeed::makeAccessList(config_.residents, seed, texts));
     const qint64 end =
         config_.archiveEnd != 0 ? config_.archiveEnd : QDateTime::currentSecsSinceEpoch();
     const auto archive =
         std::make_shared<const Archive>(config_.archive, end, config_.archiveStep, seed,
-                                        config_.residents, config_.archiveUnordered);
+                                        config_.residents, config_.archiveUnordered, texts);
     files_->setMaker(
         DevicePaths::archive(),
         [archive](const QString &) -> std::shared_ptr<const FileContent> { return archive; });
@@ -237,7 +238,8 @@ int SimulatedDevice::sendFromFeed(int records, bool backlog)
         lastTime_ = lastTime_.isValid() ? std::max(lastTime_, passed) : passed;
         made.append(feed_.next(lastTime_));
         if (feed_.isPhotoLate()) {
-            files_->setLate(made.last().fileName(), config_.feed.lateMsec);
+            files_->setLate(config_.feed.texts.text(made.last(), OnLineLayout::fileName),
+                            config_.feed.lateMsec);
         }
     }
     return pushAll(made) > 0 ? records : 0;
@@ -285,7 +287,8 @@ void SimulatedDevice::remember(const OnLine &record)
         sentFile_.write(bytes);
         sentFile_.flush();
     }
-    journal_->add(JournalEntry::Kind::RecordSent, 0, QString(), record.number(), bytes);
+    const QString number = config_.feed.texts.text(record, OnLineLayout::number).trimmed();
+    journal_->add(JournalEntry::Kind::RecordSent, 0, QString(), number, bytes);
 }
 
 QVector<OnLine> SimulatedDevice::sentRecords() const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "records/passagecsv.h"
 
+#include "tests/support/localletters.h"
 #include "tests/support/testmain.h"
 
 class TestPassageCsv : public QObject
@@ -45,6 +46,19 @@ private Q_SLOTS:
         scan.setAccessGranted(granted);
         const Scan read = PassageCsv::scan(PassageCsv::fields(scan));
         QCOMPARE(QByteArray(read.data(), Scan::size), QByteArray(scan.data(), Scan::size));
+    }
+
+    void writesAndReadsLatinLetters()
+    {
+        const LocalLetters letters;
+        Scan scan;
+        scan.setNumber(QStringLiteral("К?23У*"));
+        QCOMPARE(PassageCsv::fields(scan).at(1), QStringLiteral("K?23Y*"));
+        // Whole, though its local letters would not all fit in the field.
+        const Scan read = PassageCsv::scan({QString(), QStringLiteral("а123вс777")});
+        QCOMPARE(read.number(), QStringLiteral("A123BC777"));
+        QCOMPARE(PassageCsv::scan({QString(), QStringLiteral("a1")}).number(),
+                 QStringLiteral("a1"));
     }
 
     void takesWhatThereIs()

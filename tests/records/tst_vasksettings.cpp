@@ -300,6 +300,9 @@ void TestVaskSettings::translateFromLocal()
     VaskSettings::localSymbols = local;
     VaskSettings::latinSymbols = latin;
     QCOMPARE(VaskSettings::translateFromLocal(number), translated);
+    // Only a text that has local letters.
+    const bool hasThem = translated != number.toUpper();
+    QCOMPARE(VaskSettings::inLatinLetters(number), hasThem ? translated : number);
 }
 
 void TestVaskSettings::pictureNames_data()

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void endsWithInputWhenTold();
     void endsCleanlyOnSignals_data();
     void endsCleanlyOnSignals();
+    void writesInACodePage();
     void writesWhatItSentAndDid();
     void servesAFolder();
 
@@ -137,6 +138,8 @@ void DeviceProgramTest::refusesWhatItCannotUse_data()
     row("--residents|1001", "1001");
     row("--seed|-1", "-1");
     row("--late-ms|soon", "soon");
+    row("--code-page|CP9999", "CP9999");
+    row("--code-page|UTF-16", "UTF-16");
     row("--root|/no/such/folder", "/no/such/folder");
     row("--journal|/no/such/folder/journal", "/no/such/folder/journal");
     row("--sent|/no/such/folder/sent", "/no/such/folder/sent");
@@ -156,6 +159,7 @@ void DeviceProgramTest::refusesWhatItCannotUse()
     QVERIFY(program_->waitForFinished(patience));
     QCOMPARE(program_->exitStatus(), QProcess::NormalExit);
     QVERIFY(program_->exitCode() != 0);
+    QVERIFY(arguments.first() != QLatin1String("--code-page") || program_->exitCode() == 2);
     const QString error = QString::fromLocal8Bit(program_->readAllStandardError());
     QVERIFY2(error.startsWith(QLatin1String("stallo-device: ")), qPrintable(error));
     QVERIFY2(error.contains(named), qPrintable(error));
@@ -180,6 +184,7 @@ void DeviceProgramTest::givesHelp()
     QCOMPARE(program_->exitCode(), 0);
     const QByteArray help = program_->readAllStandardOutput();
     QVERIFY(help.contains("--late-photos"));
+    QVERIFY(help.contains("--code-page"));
     QVERIFY(help.contains("close-after"));
 }
 
@@ -361,6 +366,20 @@ void DeviceProgramTest::endsCleanlyOnSignals()
     QCOMPARE(program_->exitCode(), 0);
     client.read(1000000, patience);
     QCOMPARE(client.end(), RawClient::End::Closed);
+}
+
+void DeviceProgramTest::writesInACodePage()
+{
+    start({QStringLiteral("--code-page"), QStringLiteral("KOI8-R"), QStringLiteral("--cyrillic"),
+           QStringLiteral("--unknown"), QStringLiteral("0"), QStringLiteral("--burst"),
+           QStringLiteral("1")});
+    RawClient client(address_, onLinePort_);
+    client.read(192, patience);
+    // "Ключ ", and behind it a number.
+    QCOMPARE(client.received().mid(158, 5), QByteArray("\xEB\xCC\xC0\xDE "));
+    QCOMPARE(command(QStringLiteral("push А1").toLocal8Bit()), QByteArray("sent 1"));
+    client.read(2 * 192, patience);
+    QCOMPARE(client.received().right(192).mid(8, 3), QByteArray("\xE1\x31\0", 3));
 }
 
 void DeviceProgramTest::writesWhatItSentAndDid()

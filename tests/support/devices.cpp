@@ -5,11 +5,26 @@
 
 #include <QTest>
 
-Devices::Devices()
+namespace
+{
+
+DeviceConfig gate()
 {
     DeviceConfig config;
     config.deviceId = QStringLiteral("gate 1");
-    first_ = std::make_unique<DeviceHost>(config);
+    return config;
+}
+
+} // namespace
+
+Devices::Devices()
+    : Devices(gate())
+{
+}
+
+Devices::Devices(const DeviceConfig &first)
+    : first_(std::make_unique<DeviceHost>(first))
+{
     QString error;
     if (!first_->start(&error)) {
         qFatal("the simulated device does not start: %s", qPrintable(error));

@@ -12,6 +12,7 @@ class Devices
 public:
     // Starts the first device on free ports of 127.0.0.1 and stores them in the settings.
     Devices();
+    explicit Devices(const DeviceConfig &first);
 
     DeviceHost &first() { return *first_; }
     // Started on first use, on 127.0.0.2.
