@@ -4,6 +4,7 @@
 #include "style/contrast.h"
 #include "style/controlgeometry.h"
 #include "style/controlpainter.h"
+#include "style/fingerscroll.h"
 #include "style/metrics.h"
 #include "style/readableitem.h"
 
@@ -202,6 +203,9 @@ void BrelStyle::polish(QWidget *widget)
     if (qobject_cast<QDialog *>(widget) != nullptr) {
         widget->installEventFilter(&dialogEdge_);
     }
+    if (FingerScroll::fits(widget)) {
+        FingerScroll::install(static_cast<QAbstractItemView *>(widget));
+    }
     // Through the view, because a hidden header, which still sets the row heights, is not polished.
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         for (QHeaderView *header : {table->verticalHeader(), table->horizontalHeader()}) {
@@ -218,6 +222,9 @@ void BrelStyle::unpolish(QWidget *widget)
         widget->setProperty(formerHeight, QVariant());
     }
     widget->removeEventFilter(&dialogEdge_);
+    if (auto *list = qobject_cast<QAbstractItemView *>(widget)) {
+        FingerScroll::uninstall(list);
+    }
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         table->verticalHeader()->setMinimumSectionSize(-1);
         table->horizontalHeader()->setMinimumSectionSize(-1);
