@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "style/brelstyle.h"
 
+#include "style/accessiblenames.h"
 #include "style/contrast.h"
 #include "style/controlgeometry.h"
 #include "style/controlpainter.h"
@@ -190,6 +191,7 @@ void BrelStyle::polish(QPalette &palette)
 void BrelStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
+    AccessibleNames::give(widget);
     if (needsMinimumHeight(widget)) {
         widget->setProperty(formerHeight, widget->minimumHeight());
         widget->setMinimumHeight(touchSize);
