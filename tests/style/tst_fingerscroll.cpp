@@ -1,7 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "style/fingerscroll.h"
 
+#include "style/metrics.h"
 #include "tests/style/fingercase.h"
+
+#include <QAbstractTableModel>
+
+namespace
+{
+
+constexpr int million = 1000000;
+
+// Rows that take no place.
+class ManyRows : public QAbstractTableModel
+{
+public:
+    int rowCount(const QModelIndex &parent) const override
+    {
+        return parent.isValid() ? 0 : million;
+    }
+    int columnCount(const QModelIndex & /*parent*/) const override { return 7; }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        return role == Qt::DisplayRole ? QVariant(index.row()) : QVariant();
+    }
+};
+
+} // namespace
 
 // Drags and flicks: the table scrolls, and nothing is chosen.
 class TestFingerScroll : public FingerCase
@@ -21,6 +46,7 @@ private Q_SLOTS:
     void firstTouchMakesNothingCurrent();
     void rowsAppendedMeanwhile();
     void currentRowThatChangesMeanwhileStays();
+    void aMillionRows();
 };
 
 void TestFingerScroll::dragScrollsWithoutSelecting_data()
@@ -225,6 +251,30 @@ void TestFingerScroll::currentRowThatChangesMeanwhileStays()
     QTRY_COMPARE(scroller()->state(), QScroller::Inactive);
     QCOMPARE(current(), rows - 1);
     QCOMPARE(selected(), 1);
+}
+
+// To the pixel, out to the last of them.
+void TestFingerScroll::aMillionRows()
+{
+    ManyRows many;
+    table_->setModel(&many);
+    table_->setCurrentIndex(many.index(2, 0));
+    QTRY_VERIFY(bar()->maximum() > million * (Metrics::touchSize - 1));
+    table_->scrollToBottom();
+    QCOMPARE(bar()->value(), bar()->maximum());
+    QCOMPARE(table_->rowAt(viewport()->height() - 1), million - 1);
+    const int bottom = bar()->value();
+    drag(Touch, middle, {0, 60});
+    QTRY_COMPARE(scroller()->state(), QScroller::Inactive);
+    QVERIFY2(bar()->value() < bottom && bar()->value() >= bottom - 60,
+             qPrintable(QString::number(bottom - bar()->value())));
+    QCOMPARE(current(), 2);
+    bar()->setValue(bottom);
+    const QPoint last = table_->visualRect(many.index(million - 1, 0)).center();
+    press(Touch, last);
+    release(Touch, last);
+    QCOMPARE(current(), million - 1);
+    table_->setModel(nullptr);
 }
 
 STALLO_TEST_MAIN(TestFingerScroll)
