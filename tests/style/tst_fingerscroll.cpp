@@ -5,6 +5,8 @@
 #include "tests/style/fingercase.h"
 
 #include <QAbstractTableModel>
+#include <QLineEdit>
+#include <QVBoxLayout>
 
 namespace
 {
@@ -188,17 +190,23 @@ void TestFingerScroll::secondFingerEndsTheDrag()
     QCOMPARE(current(), 2);
 }
 
+// A table that was never current anywhere, beside a field that is typed into.
 void TestFingerScroll::firstTouchMakesNothingCurrent()
 {
-    QWidget other;
-    other.setFocusPolicy(Qt::StrongFocus);
-    table_->setModel(nullptr);
+    QWidget window;
+    QVBoxLayout column(&window);
+    QLineEdit field;
+    column.addWidget(&field);
+    table_ = std::make_unique<QTableView>();
     table_->setModel(model_.get());
-    table_->clearFocus();
-    QVERIFY(!table_->currentIndex().isValid());
+    column.addWidget(table_.get());
+    window.resize(460, 450);
+    field.setFocus();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
     const QSignalSpy changed(table_->selectionModel(), &QItemSelectionModel::currentChanged);
     drag(Touch, middle, {0, -150});
-    table_->clearFocus();
+    field.setFocus();
     drag(Mouse, middle, {0, -50});
     QCOMPARE(changed.count(), 0);
     QTRY_VERIFY(bar()->value() > 0);
@@ -206,6 +214,7 @@ void TestFingerScroll::firstTouchMakesNothingCurrent()
     press(Touch, middle);
     release(Touch, middle);
     QCOMPARE(changed.count(), 1);
+    table_.reset(); // before its window
 }
 
 void TestFingerScroll::rowsAppendedMeanwhile()
