@@ -77,18 +77,11 @@ FingerScroll::FingerScroll(QAbstractItemView *list)
     viewport_->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport_->ungrabGesture(Qt::PanGesture); // which jumps when a second finger comes
     viewport_->installEventFilter(this);
-    list_->installEventFilter(this);
     connect(scroller_, &QScroller::stateChanged, this, &FingerScroll::followScroller);
 }
 
-bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
+bool FingerScroll::eventFilter(QObject * /*watched*/, QEvent *event)
 {
-    if (watched == list_) {
-        // A list that gets the keyboard makes its first row current. A finger that only scrolls
-        // must not, and one that taps makes another.
-        return event->type() == QEvent::FocusIn && !list_->currentIndex().isValid() &&
-               static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason;
-    }
     switch (event->type()) {
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:

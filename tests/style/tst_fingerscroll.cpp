@@ -49,6 +49,7 @@ private Q_SLOTS:
     void rowsAppendedMeanwhile();
     void currentRowThatChangesMeanwhileStays();
     void aMillionRows();
+    void listThatGoesWhileItMoves();
 };
 
 void TestFingerScroll::dragScrollsWithoutSelecting_data()
@@ -284,6 +285,17 @@ void TestFingerScroll::aMillionRows()
     release(Touch, last);
     QCOMPARE(current(), million - 1);
     table_->setModel(nullptr);
+}
+
+void TestFingerScroll::listThatGoesWhileItMoves()
+{
+    flick(Touch, low, {0, -240});
+    QCOMPARE(scroller()->state(), QScroller::Scrolling);
+    table_.reset();
+    QTest::qWait(50); // what the flick had still to do finds nothing
+    init();
+    pull(Touch, middle, {0, -60}, 4);
+    table_.reset();
 }
 
 STALLO_TEST_MAIN(TestFingerScroll)
