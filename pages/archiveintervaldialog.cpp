@@ -22,6 +22,8 @@ ArchiveIntervalDialog::ArchiveIntervalDialog(QWidget *parent)
     , ui_(std::make_unique<Ui_ArchiveIntervalDialog>())
 {
     ui_->setupUi(this);
+    // Not before its fields are made: those that begin disabled are no fields to a screen reader.
+    ui_->groupBox->setEnabled(false);
     // Made with its page, before the program's look is set; the plain look's buttons have icons.
     for (QAbstractButton *button : ui_->buttonBox->buttons()) {
         button->setIcon(QIcon());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "records/accessmodel.h"
 
+#include "records/spokencell.h"
+
 #include <QVector>
 
 #include <algorithm>
@@ -99,6 +101,10 @@ QVariant AccessModel::data(const QModelIndex &index, int role) const
     if (role == Qt::DisplayRole) {
         return index.column() == IdColumn ? QVariant(int(partOf(row, AccessLayout::id).id()))
                                           : QVariant(display(row, index.column()));
+    }
+    if (role == Qt::AccessibleTextRole) {
+        return SpokenCell::text(headerData(index.column(), Qt::Horizontal, Qt::DisplayRole),
+                                data(index, Qt::DisplayRole));
     }
     if (role == Qt::EditRole && index.column() == FromColumn) {
         return partOf(row, AccessLayout::dateTimeFrom).dateTimeFrom();

@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "records/deviceindex.h"
+#include "records/spokencell.h"
 #include "records/vasksettings.h"
 
 #include <QDir>
@@ -131,6 +132,9 @@ QVariant ScanModel::data(const QModelIndex &index, int role) const
         return edit(index.column());
     case Qt::ForegroundRole:
         return foreground(index.column());
+    case Qt::AccessibleTextRole:
+        return SpokenCell::text(headerData(index.column(), Qt::Horizontal, Qt::DisplayRole),
+                                display(index.column()));
     default:
         return QVariant();
     }

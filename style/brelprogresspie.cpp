@@ -3,6 +3,8 @@
 
 #include "style/metrics.h"
 
+#include <QAccessibleValueInterface>
+#include <QAccessibleWidget>
 #include <QPainter>
 
 namespace
@@ -12,6 +14,43 @@ namespace
 constexpr int fullCircle = 360 * 16;
 constexpr int top = 90 * 16;
 constexpr int hundred = 100;
+
+// A progress bar with its value, not a mere text.
+class AccessiblePie : public QAccessibleWidget, public QAccessibleValueInterface
+{
+public:
+    explicit AccessiblePie(BrelProgressPie *pie)
+        : QAccessibleWidget(pie, QAccessible::ProgressBar)
+        , pie_(pie)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text which) const override
+    {
+        return which == QAccessible::Name    ? BrelProgressPie::tr("Progress")
+               : which == QAccessible::Value ? pie_->accessibleName()
+                                             : QAccessibleWidget::text(which);
+    }
+    QVariant currentValue() const override { return pie_->progress(); }
+    QVariant minimumValue() const override { return 0; }
+    QVariant maximumValue() const override { return hundred; }
+    QVariant minimumStepSize() const override { return 1; }
+    void setCurrentValue(const QVariant & /*value*/) override {} // it is told, not set
+
+private:
+    BrelProgressPie *pie_;
+};
+
+QAccessibleInterface *accessiblePie(const QString & /*className*/, QObject *object)
+{
+    auto *pie = qobject_cast<BrelProgressPie *>(object);
+    return pie != nullptr ? new AccessiblePie(pie) : nullptr;
+}
 
 QFont pixelFont(QFont font, double pixels)
 {
@@ -25,6 +64,7 @@ BrelProgressPie::BrelProgressPie(QWidget *parent)
     : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    QAccessible::installFactory(accessiblePie); // once, however often it is called
     describe();
 }
 
@@ -46,6 +86,8 @@ void BrelProgressPie::setProgress(int percent)
     }
     progress_ = bounded;
     describe();
+    QAccessibleValueChangeEvent changed(this, progress_);
+    QAccessible::updateAccessibility(&changed);
     update();
 }
 

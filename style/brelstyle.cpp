@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "style/brelstyle.h"
 
+#include "style/accessiblenames.h"
 #include "style/contrast.h"
 #include "style/controlgeometry.h"
 #include "style/controlpainter.h"
+#include "style/fingerscroll.h"
 #include "style/metrics.h"
 #include "style/readableitem.h"
 
@@ -189,6 +191,7 @@ void BrelStyle::polish(QPalette &palette)
 void BrelStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
+    AccessibleNames::give(widget);
     if (needsMinimumHeight(widget)) {
         widget->setProperty(formerHeight, widget->minimumHeight());
         widget->setMinimumHeight(touchSize);
@@ -201,6 +204,9 @@ void BrelStyle::polish(QWidget *widget)
     }
     if (qobject_cast<QDialog *>(widget) != nullptr) {
         widget->installEventFilter(&dialogEdge_);
+    }
+    if (FingerScroll::fits(widget)) {
+        FingerScroll::install(static_cast<QAbstractItemView *>(widget));
     }
     // Through the view, because a hidden header, which still sets the row heights, is not polished.
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
@@ -218,6 +224,9 @@ void BrelStyle::unpolish(QWidget *widget)
         widget->setProperty(formerHeight, QVariant());
     }
     widget->removeEventFilter(&dialogEdge_);
+    if (auto *list = qobject_cast<QAbstractItemView *>(widget)) {
+        FingerScroll::uninstall(list);
+    }
     if (const auto *table = qobject_cast<QTableView *>(widget)) {
         table->verticalHeader()->setMinimumSectionSize(-1);
         table->horizontalHeader()->setMinimumSectionSize(-1);

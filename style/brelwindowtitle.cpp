@@ -112,13 +112,15 @@ QAbstractButton *BrelWindowTitle::createButton(const QString &text)
     button->setMinimumSize(Metrics::touchSize, Metrics::touchSize);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     button->setAccessibleName(text);
-    pageButtons_->addWidget(button);
-    QWidget *before = minimize_;
-    for (int i = 0; i < pageButtons_->count(); ++i) {
-        QWidget *page = pageButtons_->itemAt(i)->widget();
-        setTabOrder(i == 0 ? close_ : before, page);
-        before = page;
+    // By the keyboard from the left to the right, too. A widget at the end of the focus chain takes
+    // none behind it, so the first page button changes places with the window button.
+    if (const int pages = pageButtons_->count(); pages > 0) {
+        setTabOrder(pageButtons_->itemAt(pages - 1)->widget(), button);
+    } else {
+        setTabOrder(minimize_, button);
+        setTabOrder(button, minimize_);
     }
+    pageButtons_->addWidget(button);
     return button;
 }
 

@@ -21,6 +21,8 @@ inline constexpr int indicatorSize = 26;
 inline constexpr int scrollHandleLength = 64;
 inline constexpr int menuWidth = 160;
 inline constexpr int sliderLength = touchSize;
+// How far a finger trembles while it rests.
+inline constexpr int dragDistance = 14;
 inline constexpr int messageIcon = 48;
 inline constexpr int smallIcon = 24;
 inline constexpr int groupTitleGap = 2;

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void hasHeaders();
     void obeysModelRules();
     void showsColumns();
+    void saysEmptyCells();
     void showsNothingElse();
     void showsEveryTime_data();
     void showsEveryTime();
@@ -198,6 +199,21 @@ void TestAccessModel::showsColumns()
     QCOMPARE(text(model, 1, 5), QStringLiteral("Novak; flat 12"));
     QCOMPARE(model.index(1, 2).data(Qt::EditRole), QVariant(access.dateTimeFrom()));
     QCOMPARE(model.index(1, 3).data(Qt::EditRole), QVariant(access.dateTimeTill()));
+    const auto spoken = [&model](int column) {
+        return model.index(1, column).data(Qt::AccessibleTextRole).toString();
+    };
+    QCOMPARE(spoken(0), QStringLiteral("Id: 17"));
+    QCOMPARE(spoken(1), QStringLiteral("Number: A123BC77"));
+    QCOMPARE(spoken(3), QStringLiteral("Date till: 21 November 2027 23:59:58"));
+}
+
+void TestAccessModel::saysEmptyCells()
+{
+    write(bytesOf(Access()));
+    const AccessModel model(name_, nullptr);
+    QCOMPARE(model.index(0, 5).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Comment: empty"));
+    QVERIFY(!model.data(QModelIndex(), Qt::AccessibleTextRole).isValid());
 }
 
 void TestAccessModel::showsNothingElse()

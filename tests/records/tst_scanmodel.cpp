@@ -255,6 +255,32 @@ private Q_SLOTS:
         }
     }
 
+    // Whoever hears a cell does not see its title, nor that a verdict is red.
+    void saysCellsWithTheirTitles()
+    {
+        Scan scan = passage(1);
+        scan.setInAccessList(false);
+        scan.setAccessGranted(true);
+        scan.setComment(QStringLiteral("%1 %2"));
+        scan.setAccessKey(QString());
+        write({scan});
+        writeIndex({QStringLiteral("gate 1")});
+        const ScanModel model(name_, nullptr);
+        QStringList spoken;
+        for (int column = 0; column < ScanModel::columns; ++column) {
+            spoken << model.index(0, column).data(Qt::AccessibleTextRole).toString();
+        }
+        const QString time = model.index(0, 0).data().toString();
+        QCOMPARE(
+            spoken,
+            QStringList({QStringLiteral("Date: ") + time, QStringLiteral("Number: A001BC77"),
+                         QStringLiteral("In access list: No"),
+                         QStringLiteral("Access granted: Yes"), QStringLiteral("Vask ID: gate 1"),
+                         QStringLiteral("Comment: %1 %2"), QStringLiteral("Key: empty")}));
+        QVERIFY(!model.index(0, 0).data(Qt::AccessibleDescriptionRole).isValid());
+        QVERIFY(!model.data(QModelIndex(), Qt::AccessibleTextRole).isValid());
+    }
+
     void coloursVerdictsOnly()
     {
         Scan good = passage(1);

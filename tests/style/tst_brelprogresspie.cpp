@@ -5,6 +5,7 @@
 #include "style/metrics.h"
 #include "tests/support/testmain.h"
 
+#include <QAccessible>
 #include <QtMath>
 
 #include <cmath>
@@ -89,6 +90,18 @@ void TestBrelProgressPie::tellsItsValue()
     pie.setSuffix(QStringLiteral("photos"));
     QCOMPARE(pie.suffix(), QStringLiteral("photos"));
     QCOMPARE(pie.accessibleName(), QStringLiteral("7% photos"));
+    QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&pie);
+    QCOMPARE(spoken->role(), QAccessible::ProgressBar);
+    QCOMPARE(spoken->text(QAccessible::Name), QStringLiteral("Progress"));
+    QCOMPARE(spoken->text(QAccessible::Value), QStringLiteral("7% photos"));
+    QVERIFY(spoken->valueInterface() != nullptr);
+    QCOMPARE(spoken->valueInterface()->currentValue(), QVariant(7));
+    pie.setProgress(8);
+    QCOMPARE(spoken->valueInterface()->currentValue(), QVariant(8));
+    // Another widget is no progress bar.
+    const QWidget other;
+    QCOMPARE(QAccessible::queryAccessibleInterface(const_cast<QWidget *>(&other))->role(),
+             QAccessible::Client);
 }
 
 void TestBrelProgressPie::suffixIsDrawn()
