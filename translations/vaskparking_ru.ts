@@ -55,6 +55,41 @@
     </message>
 </context>
 <context>
+    <name>AccessibleNames</name>
+    <message>
+        <source>Scroll up and down</source>
+        <translation>Прокрутка вверх и вниз</translation>
+    </message>
+    <message>
+        <source>Scroll sideways</source>
+        <translation>Прокрутка вбок</translation>
+    </message>
+    <message>
+        <source>Select all rows</source>
+        <translation>Выбрать все строки</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Календарь</translation>
+    </message>
+    <message>
+        <source>Previous month</source>
+        <translation>Предыдущий месяц</translation>
+    </message>
+    <message>
+        <source>Next month</source>
+        <translation>Следующий месяц</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>Год</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Дни</translation>
+    </message>
+</context>
+<context>
     <name>AddressDialog</name>
     <message>
         <source>Addresses editor</source>
@@ -189,6 +224,10 @@
         <source>End time</source>
         <translation>Время окончания</translation>
     </message>
+    <message>
+        <source>Interval</source>
+        <translation>Период</translation>
+    </message>
 </context>
 <context>
     <name>ArchiveWidget</name>
@@ -299,12 +338,20 @@
         <source>Cancel</source>
         <translation>Отмена</translation>
     </message>
+    <message>
+        <source>Photo of the passage</source>
+        <translation>Фото проезда</translation>
+    </message>
 </context>
 <context>
     <name>BrelProgressPie</name>
     <message>
         <source>%1%</source>
         <translation>%1%</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Ход выполнения</translation>
     </message>
 </context>
 <context>
@@ -481,6 +528,10 @@
         <source>.</source>
         <translation>.</translation>
     </message>
+    <message>
+        <source>Keypad</source>
+        <translation>Клавиатура</translation>
+    </message>
 </context>
 <context>
     <name>GetFile</name>
@@ -627,6 +678,46 @@
     <message>
         <source>&lt;h1&gt;Vask operation in progress&lt;/h1&gt;</source>
         <translation>&lt;h1&gt;Выполняется операция Vask&lt;/h1&gt;</translation>
+    </message>
+    <message>
+        <source>Camera, device 1</source>
+        <translation>Камера, устройство 1</translation>
+    </message>
+    <message>
+        <source>Select device 1</source>
+        <translation>Выбрать устройство 1</translation>
+    </message>
+    <message>
+        <source>Disconnect device 1</source>
+        <translation>Отключить устройство 1</translation>
+    </message>
+    <message>
+        <source>Open barrier, device 1</source>
+        <translation>Открыть шлагбаум, устройство 1</translation>
+    </message>
+    <message>
+        <source>Camera, device 2</source>
+        <translation>Камера, устройство 2</translation>
+    </message>
+    <message>
+        <source>Select device 2</source>
+        <translation>Выбрать устройство 2</translation>
+    </message>
+    <message>
+        <source>Disconnect device 2</source>
+        <translation>Отключить устройство 2</translation>
+    </message>
+    <message>
+        <source>Open barrier, device 2</source>
+        <translation>Открыть шлагбаум, устройство 2</translation>
+    </message>
+    <message>
+        <source>Passages</source>
+        <translation>Проезды</translation>
+    </message>
+    <message>
+        <source>Photo of the passage</source>
+        <translation>Фото проезда</translation>
     </message>
 </context>
 <context>
@@ -843,6 +934,17 @@
     <message>
         <source>accessbase</source>
         <translation>accessbase</translation>
+    </message>
+</context>
+<context>
+    <name>SpokenCell</name>
+    <message>
+        <source>%1: empty</source>
+        <translation>%1: пусто</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
