@@ -29,8 +29,8 @@ if [ "${1-}" != --inside ]; then
     trap 'kill $child 2>/dev/null; wait; exit 143' TERM INT HUP
     for language in "$@"; do
         case $language in
-            en) locale=en_US ;;
-            ru) locale=ru_RU ;;
+            en) locale=en_US.UTF-8 ;;
+            ru) locale=ru_RU.CP1251 ;;
             *) echo "usage: makepictures.sh [en] [ru]" >&2; exit 2 ;;
         esac
         STALLO_SCREEN=1280x800 timeout 240 tests/support/withdisplay.sh \
@@ -43,6 +43,9 @@ fi
 
 language=$2
 locale=$3
+# Cyrillic numbers need a code page of one byte a letter: two do not fit into the devices' records.
+letters=
+[ "$language" != ru ] || letters=--cyrillic
 pictures=$root/docs/pictures/$language
 all="nodevice online address menu save interval busy archive filter error access network"
 folder=$(mktemp -d)
@@ -148,8 +151,8 @@ take_still() {
 # --- programs ---
 
 mkdir -p "$home/.config/Dorvel Ltd" "$folder/locales" "$folder/netsetup"
-localedef -i "$locale" -f UTF-8 "$folder/locales/$locale.UTF-8"
-export LOCPATH="$folder/locales" LC_ALL="$locale.UTF-8" TZ=UTC
+localedef -i "${locale%.*}" -f "${locale#*.}" "$folder/locales/$locale"
+export LOCPATH="$folder/locales" LC_ALL="$locale" TZ=UTC
 export HOME="$home" XDG_CONFIG_HOME="$home/.config" XDG_RUNTIME_DIR="$folder" QT_LOGGING_RULES='*=false'
 unset STALLO_SCREENSHOTS LANGUAGE
 chmod 700 "$folder"
@@ -169,7 +172,7 @@ END
 start_device() {
     mkfifo "$folder/$2.orders"
     "$build/simulator/stallo-device" --address "$1" --online-port 3341 --file-port 5041 --id "$2" \
-        --seed "$3" --archive 600 --archive-step 140 --residents 24 --exit-with-stdin \
+        --seed "$3" --archive 600 --archive-step 140 --residents 24 ${letters:+"$letters"} --exit-with-stdin \
         <"$folder/$2.orders" >"$folder/$2.log" 2>&1 &
     started="$started $!"
 }

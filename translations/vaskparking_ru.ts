@@ -665,7 +665,7 @@
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation>&amp;Сохранить</translation>
+        <translation>Сохранить</translation>
     </message>
     <message>
         <source>Alt+S</source>
@@ -1142,7 +1142,7 @@
     </message>
     <message>
         <source>Save to net&amp;work</source>
-        <translation>Отпра&amp;вить на устройство</translation>
+        <translation>Отправить на устройство</translation>
     </message>
     <message>
         <source>Alt+Shift+W</source>

@@ -58,8 +58,10 @@ Panel::Panel(const QString &language)
     QApplication::setPalette(style->standardPalette());
     load(toolkitTexts_, QStringLiteral("qt_") + language, Catalogue::toolkitFolder());
     load(texts_, QStringLiteral("vaskparking_") + language, QStringLiteral(STALLO_CATALOGUES));
-    if (texts_.isEmpty()) {
-        qWarning("there are no texts in %s", qPrintable(language));
+    // The English catalogue holds letters only.
+    const bool hasTexts = !texts_.translate("AddressDialogClass", "Cancel").isEmpty();
+    if (texts_.isEmpty() || hasTexts != (language == QLatin1String("ru"))) {
+        qFatal("the catalogue of %s is not what it should be", qPrintable(language));
     }
     QLocale::setDefault(QLocale(language));
     ListPage::prepare();

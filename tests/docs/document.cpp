@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -54,27 +56,50 @@ QStringList Document::pictures() const
     return captured(text_, QStringLiteral("!\\[[^\\]]*\\]\\(([^)]*)\\)"));
 }
 
-QStringList Document::brokenLinks() const
+// A heading that is there twice gets a number.
+QStringList Document::places() const
 {
     QStringList places;
     for (const QString &heading : headings()) {
-        places.append(placeOf(heading));
+        const QString place = placeOf(heading);
+        QString unique = place;
+        for (int number = 1; places.contains(unique); ++number) {
+            unique = place + QLatin1Char('-') + QString::number(number);
+        }
+        places.append(unique);
     }
-    QStringList broken = captured(text_, QStringLiteral("\\]\\(#([^)]*)\\)"));
-    for (const QString &place : qAsConst(places)) {
-        broken.removeAll(place);
+    return places;
+}
+
+QStringList Document::links() const
+{
+    return captured(text_, QStringLiteral("\\]\\(([^)]*)\\)"));
+}
+
+QVector<QStringList> Document::rows(const QString &heading) const
+{
+    const QString section = text_.section(QStringLiteral("\n## ") + heading + QLatin1Char('\n'), 1)
+                                .section(QStringLiteral("\n## "), 0, 0);
+    QVector<QStringList> rows;
+    for (const QString &line : section.split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("|---"))) {
+            rows.removeLast(); // the titles
+        } else if (line.startsWith(QLatin1String("| "))) {
+            QStringList cells = line.split(QLatin1Char('|')).mid(1);
+            cells.removeLast();
+            std::transform(cells.begin(), cells.end(), cells.begin(),
+                           [](const QString &cell) { return cell.trimmed(); });
+            rows.append(cells);
+        }
     }
-    return broken;
+    return rows;
 }
 
 QStringList Document::firstCells(const QString &heading) const
 {
-    const QString section = text_.section(QStringLiteral("\n## ") + heading + QLatin1Char('\n'), 1)
-                                .section(QStringLiteral("\n## "), 0, 0);
-    QStringList cells = captured(section, QStringLiteral("^\\| (.*?) \\|"));
-    const QStringList titles = captured(section, QStringLiteral("^\\| (.*?) \\|.*\\n\\|---"));
-    for (const QString &title : titles) {
-        cells.removeOne(title);
+    QStringList cells;
+    for (const QStringList &row : rows(heading)) {
+        cells.append(row.first());
     }
     return cells;
 }

@@ -4,10 +4,11 @@
 #include <QMultiMap>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 // A Markdown document of the tree, or nothing of what is asked where there is no such file. Only
 // what the documents here use is understood: headings by "#", tables by "|", pictures and links on
-// one line.
+// one line; a link has no ")" in it.
 class Document
 {
 public:
@@ -18,10 +19,12 @@ public:
     QStringList headings() const;
     // Paths as they are written, in their order.
     QStringList pictures() const;
-    // Places behind "#" that the document itself links to and has no heading for.
-    QStringList brokenLinks() const;
-    // The first cells of the rows of all tables below a heading of the second level, but the
-    // titles.
+    // What links to its headings have behind "#".
+    QStringList places() const;
+    // The targets of links and pictures as they are written: paths, addresses of the web, places.
+    QStringList links() const;
+    // The cells of the rows of all tables below a heading of the second level, but the titles.
+    QVector<QStringList> rows(const QString &heading) const;
     QStringList firstCells(const QString &heading) const;
 
 private:

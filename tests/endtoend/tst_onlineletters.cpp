@@ -132,9 +132,6 @@ void TestOnlineLetters::catalogueHasTheLetters()
     const auto text = [&catalogue](const char *source) {
         return catalogue.translate("QObject", source, "VaskSettings");
     };
-    if (text("__").isEmpty()) {
-        QSKIP("the catalogue is not translated yet");
-    }
     QCOMPARE(text("__"), LocalLetters::local());
     QCOMPARE(text("_"), LocalLetters::latin());
     const QString pattern = text("[a-z]\\d{3,3}[a-z]{2,2}\\d{2,3}");

@@ -15,6 +15,7 @@ TestSurroundings::TestSurroundings(int &argc, char **argv)
     const QByteArray home = QFile::encodeName(home_->path());
     qputenv("HOME", home);
     qputenv("XDG_CONFIG_HOME", home + "/.config");
+    qunsetenv("LANGUAGE");
     application_ = std::make_unique<QApplication>(argc, argv);
     LocalText::useCodecOfLocale();
     VaskSettings::init();

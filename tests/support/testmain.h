@@ -10,7 +10,8 @@ class QTemporaryDir;
 class Settings;
 
 // The surroundings of every test program: an application object, the codec of the locale, and a
-// home of its own in a temporary folder, so that no test sees or changes the user's settings.
+// home of its own in a temporary folder, so that no test sees or changes the user's settings. The
+// language is the locale's: desktops set LANGUAGE, which would go before it.
 class TestSurroundings
 {
 public:

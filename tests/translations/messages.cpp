@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/translations/messages.h"
 
+#include "tests/translations/keyletters.h"
+
 #include <QFile>
+#include <QMap>
 #include <QRegularExpression>
-#include <QStringList>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -28,6 +30,41 @@ Message readMessage(QXmlStreamReader &xml, const QString &context)
         }
     }
     return message;
+}
+
+// The keys of a form, each by the context and the text of its button.
+QMap<QString, QString> shortcutsOf(const QString &form)
+{
+    QFile input(form);
+    if (!input.open(QIODevice::ReadOnly)) {
+        qFatal("cannot read %s", qPrintable(form));
+    }
+    QMap<QString, QString> shortcuts;
+    QXmlStreamReader xml(&input);
+    QString context;
+    QString text;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) {
+            continue;
+        }
+        if (xml.name() == QLatin1String("class") && context.isEmpty()) {
+            context = xml.readElementText();
+        } else if (xml.name() == QLatin1String("widget")) {
+            text.clear();
+        } else if (xml.name() == QLatin1String("property")) {
+            const auto name = xml.attributes().value(QLatin1String("name"));
+            const bool isText = name == QLatin1String("text");
+            const bool isShortcut = name == QLatin1String("shortcut");
+            if ((isText || isShortcut) && xml.readNextStartElement()) {
+                const QString value = xml.readElementText();
+                text = isText ? value : text;
+                if (isShortcut) {
+                    shortcuts.insert(context + QLatin1Char('|') + text, value);
+                }
+            }
+        }
+    }
+    return shortcuts;
 }
 
 QStringList found(const QString &text, const char *expression)
@@ -61,6 +98,22 @@ bool isKept(const Message &message)
     static const QRegularExpression kept(
         QStringLiteral("^((Alt|Ctrl|Shift)\\+.+|[Hhms:]+|accessbase_.*|Stallo|[\\d.]|[%\\d]+)$"));
     return message.context == QLatin1String("Settings") || kept.match(message.source).hasMatch();
+}
+
+// There are as many as in the source; where the form has a key of its own, none or that key's
+// letter.
+bool hasOtherMnemonics(const Message &message)
+{
+    const char *mnemonic = "&(?!&)(?=.)";
+    const int count = found(message.translation, mnemonic).size();
+    if (!found(message.translation, "&(?!\\p{L})").isEmpty()) {
+        return true;
+    }
+    if (message.shortcut.isEmpty()) {
+        return count != found(message.source, mnemonic).size();
+    }
+    return count > 1 ||
+           !KeyLetters::isLetterOf(QKeySequence(message.shortcut), message.translation);
 }
 
 bool isCyrillic(QChar letter)
@@ -117,6 +170,23 @@ QVector<Message> Messages::read(const QString &file)
     return messages;
 }
 
+int Messages::addShortcuts(QVector<Message> &messages, const QStringList &forms)
+{
+    QMap<QString, QString> shortcuts;
+    for (const QString &form : forms) {
+        const QMap<QString, QString> ofTheForm = shortcutsOf(form);
+        for (auto shortcut = ofTheForm.begin(); shortcut != ofTheForm.end(); ++shortcut) {
+            shortcuts.insert(shortcut.key(), shortcut.value());
+        }
+    }
+    int count = 0;
+    for (Message &message : messages) {
+        message.shortcut = shortcuts.value(message.context + QLatin1Char('|') + message.source);
+        count += message.shortcut.isEmpty() ? 0 : 1;
+    }
+    return count;
+}
+
 QString Messages::fault(const Message &message)
 {
     const QString &source = message.source;
@@ -139,8 +209,8 @@ QString Messages::fault(const Message &message)
     if (!same("%\\d+")) {
         return QStringLiteral("has other places for values");
     }
-    if (!same("&(?!&)(?=.)") || found(translation, "&(?!\\p{L})").size() != 0) {
-        return QStringLiteral("has another count of mnemonics, or one that is no letter");
+    if (hasOtherMnemonics(message)) {
+        return QStringLiteral("has other mnemonics, or one that does nothing");
     }
     if (!same("<[^>]*>")) {
         return QStringLiteral("has other tags");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 // One text of a catalogue's source file.
@@ -12,6 +13,8 @@ struct Message {
     QString translation;
     // Empty for a finished text.
     QString type;
+    // The key that its form gives the button of this text, if it gives one.
+    QString shortcut;
 
     // What makes it the same text in another catalogue.
     QString key() const;
@@ -23,6 +26,10 @@ namespace Messages
 {
 
 QVector<Message> read(const QString &file);
+
+// Says of each text which key its form, one of the given .ui files, gives it. Returns how many
+// have one.
+int addShortcuts(QVector<Message> &messages, const QStringList &forms);
 
 // What is wrong with a translation into Russian; empty when nothing is.
 QString fault(const Message &message);

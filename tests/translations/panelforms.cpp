@@ -121,6 +121,16 @@ PanelForms::~PanelForms()
     QDir::setCurrent(QDir::rootPath());
 }
 
+// The English catalogue holds the letters only.
+QString PanelForms::language()
+{
+    if (QCoreApplication::translate("AddressDialogClass", "Cancel") ==
+        QString::fromUtf8("Отмена")) {
+        return QStringLiteral("ru");
+    }
+    return VaskSettings::localSymbols.size() == 12 ? QStringLiteral("en") : QString();
+}
+
 QStringList PanelForms::names()
 {
     QStringList all;

@@ -23,6 +23,10 @@ public:
     PanelForms();
     ~PanelForms();
 
+    // "ru" or "en", whose catalogue gives the texts, or nothing where they are those of the
+    // sources.
+    static QString language();
+
     // In the order of the panel: first the faces of pages.
     static QStringList names();
 

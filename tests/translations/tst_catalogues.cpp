@@ -24,6 +24,18 @@ QString sourceOf(const QString &language)
     return QStringLiteral(STALLO_SOURCE_DIR "/translations/vaskparking_%1.ts").arg(language);
 }
 
+QStringList forms()
+{
+    QStringList files;
+    for (const QString &folder : QStringLiteral(STALLO_TEXT_FOLDERS).split(QLatin1Char(' '))) {
+        const QDir directory(QStringLiteral(STALLO_SOURCE_DIR "/") + folder);
+        for (const QString &form : directory.entryList({QStringLiteral("*.ui")})) {
+            files.append(directory.filePath(form));
+        }
+    }
+    return files;
+}
+
 QString compiled(const QString &name)
 {
     return QStringLiteral("%1/vaskparking_%2.qm").arg(catalogues, name);
@@ -92,6 +104,8 @@ private Q_SLOTS:
     void keepsRules();
     void rulesFindFaults_data();
     void rulesFindFaults();
+    void rulesKnowShortcuts_data();
+    void rulesKnowShortcuts();
     void holdsEveryText();
     void englishHoldsNothingOld();
 
@@ -120,8 +134,9 @@ private:
 void TestCatalogues::keepsRules_data()
 {
     QTest::addColumn<Message>("message");
-    const auto messages = Messages::read(sourceOf(QStringLiteral("ru")));
+    auto messages = Messages::read(sourceOf(QStringLiteral("ru")));
     QVERIFY(messages.size() > 200);
+    QCOMPARE(Messages::addShortcuts(messages, forms()), 6);
     int number = 0;
     for (const Message &message : messages) {
         QTest::addRow("%d %s: %s", ++number, qPrintable(message.context),
@@ -171,10 +186,41 @@ void TestCatalogues::rulesFindFaults()
     QFETCH(QString, source);
     QFETCH(QString, translation);
     QFETCH(bool, sound);
-    Message message{QStringLiteral("Page"), QString(), source, translation, QString()};
+    Message message{QStringLiteral("Page"), QString(), source, translation, QString(), QString()};
     QCOMPARE(Messages::fault(message).isEmpty(), sound);
     message.type = QStringLiteral("unfinished");
     QVERIFY(!Messages::fault(message).isEmpty());
+}
+
+void TestCatalogues::rulesKnowShortcuts_data()
+{
+    QTest::addColumn<QString>("shortcut");
+    QTest::addColumn<QString>("translation");
+    QTest::addColumn<bool>("sound");
+    const auto row = [](const char *name, const char *key, const char *translation, bool sound) {
+        QTest::newRow(name) << QString::fromLatin1(key) << QString::fromUtf8(translation) << sound;
+    };
+    row("nothing underlined", "Alt+D", "Выбрать", true);
+    row("the key's letter", "Alt+D", "&Выбрать", true);
+    row("the key's letter with another key", "Alt+Shift+D", "&Выбрать", true);
+    row("another letter", "Alt+D", "В&ыбрать", false);
+    row("a letter too many", "Alt+D", "&Вы&брать", false);
+    row("no letter", "Alt+D", "Вы& брать", false);
+    row("no key", "", "Выбрать", false);
+}
+
+void TestCatalogues::rulesKnowShortcuts()
+{
+    QFETCH(QString, shortcut);
+    QFETCH(QString, translation);
+    QFETCH(bool, sound);
+    const Message message{QStringLiteral("Page"),
+                          QString(),
+                          QStringLiteral("&Select"),
+                          translation,
+                          QString(),
+                          shortcut};
+    QCOMPARE(Messages::fault(message).isEmpty(), sound);
 }
 
 void TestCatalogues::holdsEveryText()

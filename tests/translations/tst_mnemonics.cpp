@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/testmain.h"
+#include "tests/translations/keyletters.h"
 #include "tests/translations/panelforms.h"
 
 #include <QAbstractButton>
@@ -12,24 +13,10 @@
 #include <QShortcut>
 #include <QStackedWidget>
 
+using KeyLetters::physical;
+
 namespace
 {
-
-// What stands on the key of each letter of the Russian layout. Pressed in that layout, a key is
-// also looked for as its Latin letter.
-const QString russianKeys = QString::fromUtf8("ЙЦУКЕНГШЩЗФЫВАПРОЛДЯЧСМИТЬ");
-const QString latinKeys = QStringLiteral("QWERTYUIOPASDFGHJKLZXCVBNM");
-
-QString physical(const QKeySequence &keys)
-{
-    QString text = keys.toString(QKeySequence::PortableText).toUpper();
-    const int place = text.isEmpty() ? -1 : russianKeys.indexOf(text.back());
-    if (place >= 0) {
-        text.chop(1);
-        text.append(latinKeys.at(place));
-    }
-    return text;
-}
 
 QString textOf(const QWidget *widget)
 {
@@ -94,6 +81,18 @@ QMap<QString, QStringList> lettersOf(const QWidget *form)
     return letters;
 }
 
+// The texts in which a letter is underlined that does nothing, since the button has another key.
+QStringList idleLettersOf(const QWidget *form)
+{
+    QStringList texts;
+    for (const QAbstractButton *button : form->findChildren<QAbstractButton *>()) {
+        if (!KeyLetters::isLetterOf(button->shortcut(), button->text())) {
+            texts.append(button->text());
+        }
+    }
+    return texts;
+}
+
 QStringList shared(const QMap<QString, QStringList> &uses)
 {
     QStringList found;
@@ -108,7 +107,8 @@ QStringList shared(const QMap<QString, QStringList> &uses)
 
 } // namespace
 
-// In the language of the environment: no key means two things in one form.
+// In the language of the locale: no key means two things in one form, and no letter is underlined
+// that does nothing.
 class TestMnemonics : public QObject
 {
     Q_OBJECT
@@ -117,17 +117,29 @@ private Q_SLOTS:
     void initTestCase() { forms_ = std::make_unique<PanelForms>(); }
     void cleanupTestCase() { forms_.reset(); }
 
-    void areUnique_data();
+    void speaksTheLanguage();
+    void areUnique_data() { forms(); }
     void areUnique();
+    void workAsUnderlined_data() { forms(); }
+    void workAsUnderlined();
     void keysOfPages_data();
     void keysOfPages();
     void findsShared();
+    void findsIdleLetters();
 
 private:
+    static void forms();
+
     std::unique_ptr<PanelForms> forms_;
 };
 
-void TestMnemonics::areUnique_data()
+void TestMnemonics::speaksTheLanguage()
+{
+    // Or the rest would say nothing about the language.
+    QCOMPARE(PanelForms::language(), qEnvironmentVariable("STALLO_LANGUAGE"));
+}
+
+void TestMnemonics::forms()
 {
     QTest::addColumn<QString>("form");
     for (const QString &name : PanelForms::names()) {
@@ -144,6 +156,15 @@ void TestMnemonics::areUnique()
     QVERIFY2(keys.isEmpty(), qPrintable(keys.join(QLatin1Char('\n'))));
     const QStringList letters = shared(lettersOf(shown));
     QVERIFY2(letters.isEmpty(), qPrintable(letters.join(QLatin1Char('\n'))));
+}
+
+void TestMnemonics::workAsUnderlined()
+{
+    QFETCH(QString, form);
+    const QWidget *shown = forms_->show(form);
+    QVERIFY(shown != nullptr);
+    const QStringList idle = idleLettersOf(shown);
+    QVERIFY2(idle.isEmpty(), qPrintable(idle.join(QLatin1Char('\n'))));
 }
 
 void TestMnemonics::keysOfPages_data()
@@ -190,6 +211,20 @@ void TestMnemonics::findsShared()
     QCOMPARE(shared(lettersOf(&form)), QStringList());
     label.setText(QStringLiteral("&Select"));
     QCOMPARE(shared(lettersOf(&form)).size(), 1);
+}
+
+void TestMnemonics::findsIdleLetters()
+{
+    QWidget form;
+    QAbstractButton *button = new QPushButton(QString::fromUtf8("&Выбрать"), &form);
+    QCOMPARE(idleLettersOf(&form), QStringList());
+    // The same key as the letter.
+    button->setShortcut(QKeySequence(QStringLiteral("Alt+Shift+D")));
+    QCOMPARE(idleLettersOf(&form), QStringList());
+    button->setShortcut(QKeySequence(QStringLiteral("Alt+S")));
+    QCOMPARE(idleLettersOf(&form), QStringList{button->text()});
+    button->setShortcut(QKeySequence());
+    QCOMPARE(idleLettersOf(&form), QStringList{button->text()});
 }
 
 STALLO_TEST_MAIN(TestMnemonics)
