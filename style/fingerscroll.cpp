@@ -9,6 +9,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QPointer>
+#include <QScrollBar>
 #include <QScroller>
 #include <QScrollerProperties>
 #include <QStyleHints>
@@ -59,6 +60,7 @@ void FingerScroll::install(QAbstractItemView *list)
 void FingerScroll::uninstall(QAbstractItemView *list)
 {
     if (auto *own = list->findChild<FingerScroll *>(QString(), Qt::FindDirectChildrenOnly)) {
+        own->giveUp();
         list->viewport()->grabGesture(Qt::PanGesture);
         delete own;
     }
@@ -77,10 +79,41 @@ FingerScroll::FingerScroll(QAbstractItemView *list)
     viewport_->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport_->ungrabGesture(Qt::PanGesture); // which jumps when a second finger comes
     viewport_->installEventFilter(this);
+    list_->installEventFilter(this);
     connect(scroller_, &QScroller::stateChanged, this, &FingerScroll::followScroller);
+    for (const QScrollBar *bar : {list_->verticalScrollBar(), list_->horizontalScrollBar()}) {
+        connect(bar, &QScrollBar::sliderPressed, this, &FingerScroll::halt);
+        connect(bar, &QScrollBar::actionTriggered, this, &FingerScroll::halt);
+    }
+    // A list that is cut short.
+    connect(list_->verticalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this](int /*first*/, int last) {
+                if (last < formerEnd_) {
+                    halt();
+                }
+            });
 }
 
-bool FingerScroll::eventFilter(QObject * /*watched*/, QEvent *event)
+bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Hide:
+    case QEvent::WindowDeactivate:
+        // The end of the press goes to somebody else, such as a dialog.
+        giveUp();
+        press_ = Press::None;
+        return false;
+    case QEvent::KeyPress:
+    case QEvent::FocusOut:
+    case QEvent::Wheel:
+        halt();
+        return false;
+    default:
+        return watched == viewport_ && list_->isEnabled() && pressed(event);
+    }
+}
+
+bool FingerScroll::pressed(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::TouchBegin:
@@ -126,8 +159,10 @@ bool FingerScroll::moused(QMouseEvent *event)
     if (event->source() == Qt::MouseEventSynthesizedByApplication) {
         return false; // from here
     }
-    if (event->type() == QEvent::MouseButtonPress && event->buttons() == Qt::LeftButton &&
-        event->modifiers() == Qt::NoModifier) {
+    // The second press of two is told as a double click, though it may become a drag.
+    const bool presses =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (presses && event->buttons() == Qt::LeftButton && event->modifiers() == Qt::NoModifier) {
         byMouse_ = true;
         begin(event->pos());
         return true;
@@ -143,15 +178,22 @@ bool FingerScroll::moused(QMouseEvent *event)
         end(event->pos());
         return true;
     }
-    // Another button, or the release went elsewhere.
+    // Another button, or the release went elsewhere. With the left one still down the list would
+    // select along the way.
     giveUp();
-    press_ = Press::None;
-    return false;
+    const bool stillDown = event->buttons().testFlag(Qt::LeftButton);
+    if (!stillDown) {
+        press_ = Press::None;
+    }
+    return stillDown && event->type() == QEvent::MouseMove;
 }
 
 void FingerScroll::begin(const QPoint &place)
 {
     const bool stops = scroller_->state() == QScroller::Scrolling;
+    if (!stops) {
+        scroller_->stop(); // a press whose end was lost
+    }
     start_ = place;
     held_ = false;
     press_ = stops ? Press::Dragging : Press::Undecided;
@@ -202,6 +244,14 @@ void FingerScroll::giveUp()
     press_ = Press::Spent;
 }
 
+// Something else moves the list.
+void FingerScroll::halt()
+{
+    if (scroller_->state() == QScroller::Scrolling) {
+        scroller_->stop();
+    }
+}
+
 void FingerScroll::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() != hold_.timerId()) {
@@ -225,6 +275,7 @@ void FingerScroll::followScroller()
     moving_ = moving;
     if (moving) {
         formerAutoScroll_ = list_->hasAutoScroll();
+        formerEnd_ = list_->verticalScrollBar()->maximum();
     }
     list_->setAutoScroll(!moving && formerAutoScroll_);
 }
@@ -232,9 +283,7 @@ void FingerScroll::followScroller()
 void FingerScroll::tap()
 {
     const qint64 now = clock_.elapsed();
-    // The toolkit tells a mouse's double click by itself.
-    const bool second = !byMouse_ && tappedAt_ >= 0 &&
-                        now - tappedAt_ <= QApplication::doubleClickInterval() &&
+    const bool second = tappedAt_ >= 0 && now - tappedAt_ <= QApplication::doubleClickInterval() &&
                         isNear(tapped_, start_);
     tapped_ = start_;
     tappedAt_ = second ? -1 : now;

@@ -28,8 +28,9 @@ class QWidget;
 // several rows. A screen's long press waits for the release, lest its trembling chooses from the
 // menu.
 //
-// While the list moves, it does not jump to rows that become current. A child of its list, which
-// scrolls by pixels from then on. GUI thread.
+// While the list moves, it does not jump to rows that become current. A flick ends as soon as a
+// key, a wheel, a scroll bar or a shorter table moves the list, or the keyboard goes elsewhere. A
+// child of its list, which scrolls by pixels from then on. GUI thread.
 class FingerScroll : public QObject
 {
     Q_OBJECT
@@ -53,12 +54,14 @@ private:
 
     explicit FingerScroll(QAbstractItemView *list);
 
+    bool pressed(QEvent *event);
     bool touched(QTouchEvent *event);
     bool moused(QMouseEvent *event);
     void begin(const QPoint &place);
     void move(const QPoint &place);
     void end(const QPoint &place);
     void giveUp();
+    void halt();
     void followScroller();
     void tap();
     void openMenu();
@@ -79,4 +82,5 @@ private:
     // What the list did before it moved.
     bool moving_ = false;
     bool formerAutoScroll_ = true;
+    int formerEnd_ = 0; // of the vertical scroll bar
 };

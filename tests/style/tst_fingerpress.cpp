@@ -94,6 +94,7 @@ void TestFingerPress::mouseActivates()
     const QSignalSpy twice(table_.get(), &QTableView::doubleClicked);
     QTest::mouseClick(viewport(), Qt::LeftButton, {}, middle);
     QTest::mouseDClick(viewport(), Qt::LeftButton, {}, middle);
+    release(Mouse, middle);
     QCOMPARE(twice.count(), 1);
     QCOMPARE(current(), table_->rowAt(middle.y()));
 }
