@@ -14,14 +14,14 @@ prepare_packages() {
     if [ -z "$missing" ]; then
         return
     fi
-    root=
+    admin=
     if [ "$(id -u)" -ne 0 ]; then
-        root=sudo
+        admin=sudo
     fi
     echo "Installing$missing"
-    $root apt-get update -qq
+    $admin apt-get update -qq
     # shellcheck disable=SC2086 # names and nothing else
-    $root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
+    $admin env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
 build_preset() {
