@@ -28,8 +28,11 @@ void enlarge(QFileDialog &dialog)
 }
 
 // The toolkit guesses the widths from English words, and keeps them from one run to the next.
-void fitColumns(QHeaderView &header)
+// A sideways scroll bar, which it would leave there empty, would cost a row.
+void fitColumns(QTreeView &files)
 {
+    files.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QHeaderView &header = *files.header();
     header.setStretchLastSection(false);
     for (int section = 0; section < header.count(); ++section) {
         header.setSectionResizeMode(section, section == 0 ? QHeaderView::Stretch
@@ -59,8 +62,8 @@ void FileDialogs::settle(QFileDialog &dialog)
 bool FileDialogs::eventFilter(QObject *dialog, QEvent *event)
 {
     if (event->type() == QEvent::Show) {
-        if (const auto *files = dialog->findChild<QTreeView *>(QStringLiteral("treeView"))) {
-            fitColumns(*files->header());
+        if (auto *files = dialog->findChild<QTreeView *>(QStringLiteral("treeView"))) {
+            fitColumns(*files);
         }
     }
     return QObject::eventFilter(dialog, event);

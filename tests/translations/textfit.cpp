@@ -17,6 +17,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSizeGrip>
 #include <QSpinBox>
 #include <QStyleOption>
@@ -227,6 +228,10 @@ void Look::columns(const QTreeView *tree)
         fault(tree, QStringLiteral("has columns out of view: %1 in %2")
                         .arg(tree->header()->length())
                         .arg(tree->viewport()->width()));
+    }
+    if (tree->horizontalScrollBar()->isVisible()) {
+        fault(tree, QStringLiteral("scrolls sideways, up to %1")
+                        .arg(tree->horizontalScrollBar()->maximum()));
     }
     const QAbstractItemModel *model = tree->model();
     const int side = tree->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
