@@ -264,8 +264,11 @@ std::unique_ptr<QWidget> Panel::make(const QString &dialog) const
         return network;
     }
     if (dialog == QLatin1String("message")) {
-        return std::make_unique<QMessageBox>(QMessageBox::Warning, QStringLiteral("List"),
-                                             QStringLiteral("Remove?"),
+        const auto text = [](const char *source) {
+            return QCoreApplication::translate("SufferedNumbersWidget", source);
+        };
+        return std::make_unique<QMessageBox>(QMessageBox::Warning, QString(),
+                                             text("Do you want to remove this records?"),
                                              QMessageBox::Ok | QMessageBox::Cancel, frame_.get());
     }
     auto files = std::make_unique<QFileDialog>(
