@@ -3,6 +3,9 @@
 
 #include <QAbstractButton>
 #include <QCalendarWidget>
+#include <QCompleter>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTableView>
@@ -28,7 +31,15 @@ void AccessibleNames::give(QWidget *widget)
         name(widget->findChild<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly),
              tr("Select all rows"));
     } else if (const auto *menu = qobject_cast<QMenu *>(widget); menu != nullptr) {
-        name(widget, menu->title());
+        // The menu of a text field has no title. A title may mark its key letter.
+        QString title = menu->title();
+        title.remove(QLatin1Char('&'));
+        name(widget, title.isEmpty() ? tr("Menu") : title);
+    } else if (const auto *files = qobject_cast<QFileDialog *>(widget); files != nullptr) {
+        const auto *edit = files->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        if (edit != nullptr && edit->completer() != nullptr) {
+            name(edit->completer()->popup(), tr("File names on offer"));
+        }
     } else if (qobject_cast<QCalendarWidget *>(widget) != nullptr) {
         name(widget, tr("Calendar"));
         const auto part = [widget](const char *object) {

@@ -17,7 +17,6 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
-#include <QScreen>
 #include <QStyleOption>
 #include <QTableView>
 #include <QTextCharFormat>
@@ -103,15 +102,6 @@ void settle(QCalendarWidget &calendar)
         format.setForeground(Contrast::readable(format.foreground().color(), Metrics::window));
         calendar.setWeekdayTextFormat(day, format);
     }
-}
-
-// The toolkit's own size shows five files; there is room for more on every panel. As a minimum,
-// because the dialog takes its size only after it was polished.
-void enlarge(QFileDialog &dialog)
-{
-    const QSize room = dialog.screen()->availableSize() - QSize(2 * margin, touchSize);
-    const QSize wanted(fileDialogWidth, fileDialogHeight);
-    dialog.setMinimumSize(dialog.minimumSize().expandedTo(wanted.boundedTo(room)));
 }
 
 bool hasMenuKey(const QWidget *widget)
@@ -200,7 +190,7 @@ void BrelStyle::polish(QWidget *widget)
         settle(*calendar);
     }
     if (auto *files = qobject_cast<QFileDialog *>(widget)) {
-        enlarge(*files);
+        fileDialogs_.settle(*files);
     }
     if (qobject_cast<QDialog *>(widget) != nullptr) {
         widget->installEventFilter(&dialogEdge_);
@@ -224,6 +214,7 @@ void BrelStyle::unpolish(QWidget *widget)
         widget->setProperty(formerHeight, QVariant());
     }
     widget->removeEventFilter(&dialogEdge_);
+    widget->removeEventFilter(&fileDialogs_);
     if (auto *list = qobject_cast<QAbstractItemView *>(widget)) {
         FingerScroll::uninstall(list);
     }

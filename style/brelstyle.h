@@ -2,6 +2,7 @@
 #pragma once
 
 #include "style/dialogedge.h"
+#include "style/filedialogs.h"
 
 #include <QFont>
 #include <QHash>
@@ -56,4 +57,5 @@ private:
     QHash<QByteArray, QFont> formerFonts_;
     QPalette formerToolTip_;
     DialogEdge dialogEdge_;
+    FileDialogs fileDialogs_;
 };

@@ -88,6 +88,14 @@
         <source>Days</source>
         <translation>Дни</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Меню</translation>
+    </message>
+    <message>
+        <source>File names on offer</source>
+        <translation>Предлагаемые имена файлов</translation>
+    </message>
 </context>
 <context>
     <name>AddressDialog</name>

@@ -25,8 +25,10 @@
 #include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTreeView>
 
 namespace
 {
@@ -38,6 +40,36 @@ void load(QTranslator &translator, const QString &name, const QString &folder)
 {
     if (translator.load(name, folder)) {
         QCoreApplication::installTranslator(&translator);
+    }
+}
+
+// More than a dialog shows at once.
+QStringList addresses()
+{
+    QStringList all{QStringLiteral("192.168.0.1"), QStringLiteral("gate-north")};
+    for (int n = 2; n < 20; ++n) {
+        all.append(QStringLiteral("192.168.0.%1").arg(n));
+    }
+    return all;
+}
+
+// And a folder with more files.
+void fillHome()
+{
+    for (int n = 0; n < 20; ++n) {
+        QDir::home().mkdir(QStringLiteral("folder-%1").arg(n));
+    }
+}
+
+// A file dialog reads its folder in the background.
+void waitForFiles(const QWidget *window)
+{
+    const auto *files = window->findChild<QTreeView *>(QStringLiteral("treeView"));
+    if (files != nullptr && !QTest::qWaitFor([files] {
+            return files->model()->rowCount(files->rootIndex()) >= 20 &&
+                   files->verticalScrollBar()->isVisible();
+        })) {
+        qFatal("the files do not appear");
     }
 }
 
@@ -68,7 +100,8 @@ Panel::Panel(const QString &language)
     Settings *settings = Settings::instance();
     QDir().mkpath(settings->archiveTempDirectory());
     QDir().mkpath(settings->onLineTempDirectory() + QStringLiteral("/jpegdata"));
-    settings->setAddressList({QStringLiteral("192.168.0.1"), QStringLiteral("gate-north")});
+    settings->setAddressList(addresses());
+    fillHome();
     ListPage::write(ListPage::ownList(), ListPage::list(passages));
 
     frame_ = std::make_unique<BrelWindow>();
@@ -210,6 +243,7 @@ void Panel::with(const QString &window, const Action &action)
         dialog->show();
         dialog->activateWindow();
         waitForFront(dialog.get());
+        waitForFiles(dialog.get());
         action(*dialog);
     }
 }
@@ -230,8 +264,11 @@ std::unique_ptr<QWidget> Panel::make(const QString &dialog) const
         return network;
     }
     if (dialog == QLatin1String("message")) {
-        return std::make_unique<QMessageBox>(QMessageBox::Warning, QStringLiteral("List"),
-                                             QStringLiteral("Remove?"),
+        const auto text = [](const char *source) {
+            return QCoreApplication::translate("SufferedNumbersWidget", source);
+        };
+        return std::make_unique<QMessageBox>(QMessageBox::Warning, QString(),
+                                             text("Do you want to remove this records?"),
                                              QMessageBox::Ok | QMessageBox::Cancel, frame_.get());
     }
     auto files = std::make_unique<QFileDialog>(

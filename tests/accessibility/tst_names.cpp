@@ -9,6 +9,9 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QCompleter>
+#include <QLineEdit>
+#include <QMenu>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTableView>
@@ -32,6 +35,30 @@ bool mayBeNameless(const Node &node)
     return (node.role == QAccessible::List && node.interface->parent() != nullptr &&
             node.interface->parent()->role() == QAccessible::ComboBox) ||
            node.role == QAccessible::TreeItem;
+}
+
+// What a screen reader says in the panel's language, not data that someone entered.
+bool isTranslated(const Node &node)
+{
+    switch (node.role) {
+    case QAccessible::Cell:
+    case QAccessible::ListItem:
+    case QAccessible::TreeItem:
+    case QAccessible::RowHeader:
+    case QAccessible::ComboBox:
+        return false;
+    default:
+        return true;
+    }
+}
+
+// Of a name in Russian; a few names are the same in every language.
+bool isRussian(const QString &name)
+{
+    static const QRegularExpression cyrillic(QStringLiteral("\\p{Cyrillic}"));
+    static const QString word = QStringLiteral("(OK|ID|IP|DHCP|DNS|MAC|Vask|[0-9]+)");
+    static const QRegularExpression common(QStringLiteral("^%1( %1)*$").arg(word));
+    return cyrillic.match(name).hasMatch() || common.match(name).hasMatch();
 }
 
 QString nameOf(QAccessibleInterface *interface)
@@ -62,6 +89,8 @@ private Q_SLOTS:
     void cellsSayWhatTheyAre();
     void progressHasAValue();
     void comboBoxIsLabelled();
+    void menusAreNamed();
+    void namesOnOfferAreNamed();
 
 private:
     static void windows();
@@ -111,13 +140,15 @@ void TestNames::everyControlIsNamed_data()
 void TestNames::everyControlIsNamed()
 {
     QFETCH(const QString, window);
-    panel_->with(window, [](QWidget &widget) {
+    panel_->with(window, [this](QWidget &widget) {
         int controls = 0;
         const QVector<Node> all = AccessibleTree::of(widget);
         for (const Node &node : all) {
             if (AccessibleTree::isControl(node) && !mayBeNameless(node)) {
                 ++controls;
                 QVERIFY2(!node.name.trimmed().isEmpty(), qPrintable(node.path));
+                QVERIFY2(isEnglish() || !isTranslated(node) || isRussian(node.name),
+                         qPrintable(node.path));
             }
         }
         QVERIFY(controls > 0);
@@ -291,6 +322,30 @@ void TestNames::comboBoxIsLabelled()
     QCOMPARE(relations.size(), 1);
     QCOMPARE(relations.first().first->object()->objectName(), QStringLiteral("labelGuideline"));
     QVERIFY(!nameOf(relations.first().first).isEmpty());
+}
+
+void TestNames::menusAreNamed()
+{
+    QLineEdit edit;
+    const std::unique_ptr<QMenu> untitled(edit.createStandardContextMenu());
+    QMenu titled(QStringLiteral("&Table"));
+    for (QMenu *menu : {untitled.get(), &titled}) {
+        menu->popup(QPoint(50, 50));
+        const QString name = nameOf(QAccessible::queryAccessibleInterface(menu));
+        menu->close();
+        const QString usual = isEnglish() ? QStringLiteral("Menu") : QString::fromUtf8("Меню");
+        QCOMPARE(name, menu == &titled ? QStringLiteral("Table") : usual);
+    }
+}
+
+void TestNames::namesOnOfferAreNamed()
+{
+    panel_->with(QStringLiteral("files"), [this](QWidget &dialog) {
+        const auto *edit = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        const QString name =
+            nameOf(QAccessible::queryAccessibleInterface(edit->completer()->popup()));
+        QVERIFY2(isEnglish() ? !name.isEmpty() : isRussian(name), qPrintable(name));
+    });
 }
 
 STALLO_TEST_MAIN(TestNames)

@@ -7,7 +7,9 @@
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
 #include <QDateTimeEdit>
+#include <QDir>
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -114,6 +116,8 @@ private Q_SLOTS:
     void calendar();
     void messageBox();
     void fileDialog();
+    void fileDialogForgetsItsColumns();
+    void fileNamesOnOffer();
 
 private:
     static void checkDialog(const QWidget &dialog);
@@ -444,6 +448,47 @@ void TestTouchSizes::fileDialog()
     const auto *tree = dialog.findChild<QTreeView *>();
     QVERIFY(tree != nullptr);
     QVERIFY(tree->viewport()->height() >= 4 * touchSize);
+}
+
+// It keeps the columns of its list from one time to the next.
+void TestTouchSizes::fileDialogForgetsItsColumns()
+{
+    for (int time = 0; time < 2; ++time) {
+        QFileDialog dialog(nullptr, QStringLiteral("Save"), TestSurroundings::home());
+        dialog.setOption(QFileDialog::DontUseNativeDialog);
+        dialog.show();
+        auto *header = dialog.findChild<QTreeView *>()->header();
+        QCOMPARE(header->count(), 4);
+        QCOMPARE(header->sectionResizeMode(0), QHeaderView::Stretch);
+        for (int section = 1; section < header->count(); ++section) {
+            QCOMPARE(header->sectionResizeMode(section), QHeaderView::ResizeToContents);
+        }
+        QCOMPARE(header->length(), header->viewport()->width());
+        header->setStretchLastSection(true);
+        header->setSectionResizeMode(QHeaderView::Interactive);
+        header->resizeSection(3, touchSize);
+    }
+}
+
+void TestTouchSizes::fileNamesOnOffer()
+{
+    QVERIFY(QDir::home().mkpath(QStringLiteral("offered")));
+    QFileDialog dialog(nullptr, QStringLiteral("Save"), TestSurroundings::home());
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    const QAbstractItemView *popup = name->completer()->popup();
+    name->clear();
+    QTest::keyClicks(name, QStringLiteral("off"));
+    QTRY_VERIFY(popup->isVisible());
+    QVERIFY(popup->model()->rowCount() > 0);
+    const QSize row = popup->visualRect(popup->model()->index(0, 0)).size();
+    QVERIFY2(touchable(row), qPrintable(QString::number(row.height())));
+    QVERIFY(popup->viewport()->height() >= touchSize);
+    QVERIFY(!popup->accessibleName().isEmpty());
+    name->completer()->popup()->hide();
 }
 
 STALLO_TEST_MAIN(TestTouchSizes)

@@ -27,6 +27,7 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 #include <algorithm>
 #include <iterator>
@@ -63,9 +64,25 @@ std::unique_ptr<QWidget> intervalDialog(QWidget *parent)
     return dialog;
 }
 
+// A folder and a table of a size and an age that need much room.
+constexpr int files = 2;
+QString filledFolder()
+{
+    const QString path = QDir::current().filePath(QStringLiteral("tables"));
+    QDir().mkpath(path + QStringLiteral("/folder"));
+    QFile table(path + QStringLiteral("/table") + VaskSettings::passbaseSuffix());
+    constexpr qint64 large = 999 * 1024 * 1024;
+    const QDateTime late(QDate(2026, 12, 30), QTime(20, 58, 58));
+    if (!table.open(QIODevice::WriteOnly) || !table.resize(large) ||
+        !table.setFileTime(late, QFileDevice::FileModificationTime)) {
+        qFatal("no table for the file dialog");
+    }
+    return path;
+}
+
 std::unique_ptr<QWidget> fileDialog(QWidget *parent)
 {
-    auto dialog = std::make_unique<QFileDialog>(parent);
+    auto dialog = std::make_unique<QFileDialog>(parent, QString(), filledFolder());
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     const auto text = [](const char *source) {
@@ -150,7 +167,8 @@ QWidget *PanelForms::show(const QString &name)
     dialog_ = makeDialog(name);
     if (dialog_) {
         dialog_->show();
-        return QTest::qWaitForWindowExposed(dialog_.get()) ? dialog_.get() : nullptr;
+        return QTest::qWaitForWindowExposed(dialog_.get()) && awaitFiles() ? dialog_.get()
+                                                                           : nullptr;
     }
     showFace(name);
     return QTest::qWaitForWindowExposed(frame_.get()) ? frame_.get() : nullptr;
@@ -168,6 +186,14 @@ void PanelForms::awaitPages() const
     if (!idle || faces.size() != int(std::size(pages))) {
         qFatal("the pages do not become idle");
     }
+}
+
+// A file dialog reads its folder in the background.
+bool PanelForms::awaitFiles() const
+{
+    const auto *list = dialog_->findChild<QTreeView *>();
+    return qobject_cast<QFileDialog *>(dialog_.get()) == nullptr ||
+           QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == files; });
 }
 
 QWidget *PanelForms::page() const

@@ -38,6 +38,7 @@ public:
 
 private:
     void awaitPages() const;
+    bool awaitFiles() const;
     void showFace(const QString &name);
     void fillPage() const;
     std::unique_ptr<QWidget> makeDialog(const QString &name) const;

@@ -17,6 +17,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSizeGrip>
 #include <QSpinBox>
 #include <QStyleOption>
@@ -24,6 +25,7 @@
 #include <QTableView>
 #include <QTextDocument>
 #include <QToolButton>
+#include <QTreeView>
 
 #include <cmath>
 
@@ -95,6 +97,7 @@ private:
     void button(const QAbstractButton *button);
     void group(const QGroupBox *box);
     void header(const QHeaderView *header);
+    void columns(const QTreeView *tree);
     void combo(const QComboBox *box);
     void spin(const QAbstractSpinBox *spin);
     void tabs(const QTabBar *bar);
@@ -200,10 +203,45 @@ void Look::header(const QHeaderView *header)
         QStyleOptionHeader option;
         option.initFrom(header);
         option.rect = QRect(0, 0, header->sectionSize(section), header->height());
+        option.orientation = header->orientation();
+        if (option.orientation == Qt::Horizontal) {
+            option.state |= QStyle::State_Horizontal;
+        }
+        if (header->isSortIndicatorShown() && header->sortIndicatorSection() == section) {
+            option.sortIndicator = QStyleOptionHeader::SortDown;
+        }
         option.text =
             header->model()->headerData(section, header->orientation(), Qt::DisplayRole).toString();
         const QRect room = header->style()->subElementRect(QStyle::SE_HeaderLabel, &option, header);
         plain(header, option.text, room.size());
+    }
+}
+
+// The first column may cut off what it shows, names of any length; the others may not.
+void Look::columns(const QTreeView *tree)
+{
+    if (tree->isHeaderHidden()) {
+        return;
+    }
+    header(tree->header());
+    if (tree->header()->length() > tree->viewport()->width()) {
+        fault(tree, QStringLiteral("has columns out of view: %1 in %2")
+                        .arg(tree->header()->length())
+                        .arg(tree->viewport()->width()));
+    }
+    if (tree->horizontalScrollBar()->isVisible()) {
+        fault(tree, QStringLiteral("scrolls sideways, up to %1")
+                        .arg(tree->horizontalScrollBar()->maximum()));
+    }
+    const QAbstractItemModel *model = tree->model();
+    const int side = tree->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
+    for (int row = 0; row < model->rowCount(tree->rootIndex()); ++row) {
+        for (int column = 1; column < model->columnCount(tree->rootIndex()); ++column) {
+            const QString words = model->index(row, column, tree->rootIndex()).data().toString();
+            if (!tree->isColumnHidden(column)) {
+                plain(tree, words, QSize(tree->columnWidth(column) - 2 * side, tree->height()));
+            }
+        }
     }
 }
 
@@ -285,6 +323,8 @@ void Look::texts(const QWidget *widget)
         photo(view);
     } else if (const auto *table = qobject_cast<const QTableView *>(widget)) {
         header(table->horizontalHeader());
+    } else if (const auto *tree = qobject_cast<const QTreeView *>(widget)) {
+        columns(tree);
     } else if (const auto *edit = qobject_cast<const QLineEdit *>(widget)) {
         plain(edit, edit->placeholderText(),
               edit->contentsRect().size() - QSize(2 * Metrics::fieldPadding, 0));

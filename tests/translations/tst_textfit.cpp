@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -21,6 +22,7 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include <functional>
 
@@ -73,6 +75,27 @@ QWidget *table(const QString &text)
     auto *model = new QStandardItemModel(1, 1, view);
     model->setHorizontalHeaderLabels({text});
     view->setModel(model);
+    return view;
+}
+
+QWidget *tree(const QString &text)
+{
+    auto *view = new QTreeWidget;
+    view->setHeaderLabel(text);
+    return view;
+}
+
+QWidget *treeCells(const QString &text)
+{
+    auto *view = new QTreeWidget;
+    view->setColumnCount(2);
+    view->setHeaderLabels({QString(), QString()});
+    view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->header()->setStretchLastSection(false);
+    view->header()->setMinimumSectionSize(30);
+    view->setColumnWidth(0, 30);
+    view->setColumnWidth(1, 90);
+    view->addTopLevelItem(new QTreeWidgetItem({longText, text}));
     return view;
 }
 
@@ -223,6 +246,8 @@ void TestTextFit::seesLongText_data()
     row("group box", withText<QGroupBox>);
     row("combo box", combo);
     row("table", table);
+    row("tree", tree);
+    row("cells of a tree", treeCells);
     row("tabs", tabs);
     row("title", line);
 }
