@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shellaccess.h"
-#include "net/events.h"
 #include "pages/proportionalsclalewidget.h"
 #include "records/csv.h"
 #include "records/deviceindex.h"
 #include "records/scanmodel.h"
 #include "simulator/archive.h"
+#include "tests/endtoend/entryreceiver.h"
 #include "tests/endtoend/letterscase.h"
 #include "tests/support/archivepage.h"
 #include "tests/support/listpage.h"
@@ -48,26 +48,6 @@ private:
 
     std::unique_ptr<Page> page_;
 };
-
-namespace
-{
-
-// Takes access entries, as the main window does.
-class Receiver : public QWidget
-{
-public:
-    QVector<Access> entries;
-
-protected:
-    void customEvent(QEvent *event) override
-    {
-        if (static_cast<int>(event->type()) == EventNumber::Suffered) {
-            entries.append(static_cast<SufferedEvent *>(event)->access());
-        }
-    }
-};
-
-} // namespace
 
 void TestArchiveLetters::init()
 {
@@ -298,7 +278,7 @@ void TestArchiveLetters::handsNumberOver()
         ++row;
     }
     page_->clickRow(row);
-    Receiver mainWindow;
+    EntryReceiver mainWindow;
     ShellAccess::setMainWindow(&mainWindow);
     page_->page().addToSuffered();
     QTRY_COMPARE(mainWindow.entries.size(), 1);

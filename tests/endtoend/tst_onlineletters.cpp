@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/shellaccess.h"
-#include "net/events.h"
 #include "pages/proportionalsclalewidget.h"
 #include "records/deviceindex.h"
 #include "records/scanmodel.h"
 #include "simulator/livefeed.h"
+#include "tests/endtoend/entryreceiver.h"
 #include "tests/endtoend/letterscase.h"
 
 // Live passages in cyrillic letters, from the device to the On-line page and what it saves.
@@ -46,21 +46,6 @@ namespace
 {
 
 const QString wholeNumber = QStringLiteral("A123BC77");
-
-// Takes access entries, as the main window does.
-class Receiver : public QWidget
-{
-public:
-    QVector<Access> entries;
-
-protected:
-    void customEvent(QEvent *event) override
-    {
-        if (static_cast<int>(event->type()) == EventNumber::Suffered) {
-            entries.append(static_cast<SufferedEvent *>(event)->access());
-        }
-    }
-};
 
 } // namespace
 
@@ -257,7 +242,7 @@ void TestOnlineLetters::handsNumberOver()
 {
     const OnLine record = passage(wholeNumber);
     push(record);
-    Receiver mainWindow;
+    EntryReceiver mainWindow;
     ShellAccess::setMainWindow(&mainWindow);
     page_->page().addToSuffered();
     QTRY_COMPARE(mainWindow.entries.size(), 1);
