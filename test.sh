@@ -12,5 +12,6 @@ for preset in release asan; do
 done
 for preset in release asan; do
     echo "== $preset =="
-    ctest --preset "$preset" -j 2 # a failure ends here, with its summary
+    # Many tests wait for silent devices, so one more than there are cores.
+    ctest --preset "$preset" -j "$(($(nproc) + 1))" # a failure ends here, with its summary
 done
