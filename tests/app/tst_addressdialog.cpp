@@ -276,6 +276,7 @@ void TestAddressDialog::activationAccepts()
         QTest::keyClick(list(), Qt::Key_Return);
     } else {
         QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, place);
     }
     QVERIFY(!dialog_->isVisible());
     QCOMPARE(dialog_->result(), two);
