@@ -94,8 +94,18 @@ FingerScroll::FingerScroll(QAbstractItemView *list)
             });
 }
 
+// A list that is on its way out still tells that it loses the keyboard, when nothing but a widget is
+// left of it.
+bool FingerScroll::listIsWhole() const
+{
+    return qobject_cast<const QAbstractItemView *>(parent()) != nullptr;
+}
+
 bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
 {
+    if (!listIsWhole()) {
+        return false;
+    }
     switch (event->type()) {
     case QEvent::Hide:
     case QEvent::WindowDeactivate:
@@ -269,7 +279,7 @@ void FingerScroll::timerEvent(QTimerEvent *event)
 void FingerScroll::followScroller()
 {
     const bool moving = scroller_->state() != QScroller::Inactive;
-    if (moving == moving_) {
+    if (moving == moving_ || !listIsWhole()) {
         return;
     }
     moving_ = moving;

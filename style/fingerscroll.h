@@ -54,6 +54,7 @@ private:
 
     explicit FingerScroll(QAbstractItemView *list);
 
+    bool listIsWhole() const;
     bool pressed(QEvent *event);
     bool touched(QTouchEvent *event);
     bool moused(QMouseEvent *event);
