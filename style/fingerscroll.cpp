@@ -94,8 +94,8 @@ FingerScroll::FingerScroll(QAbstractItemView *list)
             });
 }
 
-// A list that is on its way out still tells that it loses the keyboard, when nothing but a widget is
-// left of it.
+// A list that is on its way out still tells that it loses the keyboard, when nothing but a widget
+// is left of it.
 bool FingerScroll::listIsWhole() const
 {
     return qobject_cast<const QAbstractItemView *>(parent()) != nullptr;
