@@ -480,6 +480,9 @@ void TestTouchSizes::fileNamesOnOffer()
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     const QAbstractItemView *popup = name->completer()->popup();
+    // What is typed before the folder has been read finds nothing.
+    const auto *files = dialog.findChild<QTreeView *>(QStringLiteral("treeView"));
+    QTRY_VERIFY(files->model()->rowCount(files->rootIndex()) > 0);
     name->clear();
     QTest::keyClicks(name, QStringLiteral("off"));
     QTRY_VERIFY(popup->isVisible());
