@@ -13,7 +13,7 @@ namespace
 {
 
 // A passage's line is some 200 bytes; what is longer is no table.
-constexpr qint64 longestLine = 65536;
+constexpr qint64 longestLine = qint64{64} * 1024;
 constexpr int writeStep = 64 * 1024;
 
 // With its end; what a line has beyond the longest is passed over.

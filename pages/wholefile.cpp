@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr qint64 copyStep = 65536;
+constexpr qint64 copyStep = qint64{64} * 1024;
 
 } // namespace
 
