@@ -4,8 +4,7 @@
 #include "style/brelprogresspie.h"
 #include "style/brelwindow.h"
 #include "tests/accessibility/accessibletree.h"
-#include "tests/accessibility/panel.h"
-#include "tests/support/testmain.h"
+#include "tests/accessibility/panelcase.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -69,15 +68,11 @@ QString nameOf(QAccessibleInterface *interface)
 } // namespace
 
 // What a screen reader says of the panel, in each of its languages.
-class TestNames : public QObject
+class TestNames : public PanelCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase_data();
-    void init();
-    void cleanup();
-
     void everyControlIsNamed_data();
     void everyControlIsNamed();
     void namesArePlain_data();
@@ -93,44 +88,8 @@ private Q_SLOTS:
     void namesOnOfferAreNamed();
 
 private:
-    static void windows();
     bool isEnglish() const { return language_ == QLatin1String("en"); }
-
-    QString language_;
-    std::unique_ptr<Panel> panel_;
 };
-
-void TestNames::initTestCase_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::newRow("en") << QStringLiteral("en");
-    QTest::newRow("ru") << QStringLiteral("ru");
-}
-
-void TestNames::init()
-{
-    QFETCH_GLOBAL(const QString, language);
-    if (!panel_ || language != language_) {
-        panel_.reset();
-        language_ = language;
-        panel_ = std::make_unique<Panel>(language);
-    }
-}
-
-void TestNames::cleanup()
-{
-    if (QTest::currentTestFailed()) {
-        panel_.reset();
-    }
-}
-
-void TestNames::windows()
-{
-    QTest::addColumn<QString>("window");
-    for (const QString &window : Panel::windows()) {
-        QTest::newRow(qPrintable(window)) << window;
-    }
-}
 
 void TestNames::everyControlIsNamed_data()
 {

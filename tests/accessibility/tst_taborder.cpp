@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "netsetup/screenkeybord.h"
 #include "style/brelwindow.h"
-#include "tests/accessibility/panel.h"
-#include "tests/support/testmain.h"
+#include "tests/accessibility/panelcase.h"
 
 #include <QAbstractButton>
 #include <QCalendarWidget>
@@ -13,8 +12,6 @@
 #include <QTableView>
 
 #include <algorithm>
-#include <memory>
-
 namespace
 {
 
@@ -56,14 +53,11 @@ const QString titleBar =
 
 // The panel by the keyboard alone: Tab and Shift+Tab lead through all there is, in reading order,
 // in each of its languages.
-class TestTabOrder : public QObject
+class TestTabOrder : public PanelCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase_data();
-    void init();
-
     void walksThroughAll_data();
     void walksThroughAll();
     void leavesNothingOut_data();
@@ -80,27 +74,7 @@ private:
     // Presses the key until the focus is back where it was; each control once, however many parts
     // of it the key stops at.
     static QStringList walk(Qt::Key key);
-
-    QString language_;
-    std::unique_ptr<Panel> panel_;
 };
-
-void TestTabOrder::initTestCase_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::newRow("en") << QStringLiteral("en");
-    QTest::newRow("ru") << QStringLiteral("ru");
-}
-
-void TestTabOrder::init()
-{
-    QFETCH_GLOBAL(const QString, language);
-    if (!panel_ || language != language_) {
-        panel_.reset();
-        language_ = language;
-        panel_ = std::make_unique<Panel>(language);
-    }
-}
 
 QStringList TestTabOrder::walk(Qt::Key key)
 {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "style/brelwindow.h"
 #include "style/metrics.h"
-#include "tests/accessibility/panel.h"
-#include "tests/support/testmain.h"
+#include "tests/accessibility/panelcase.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -18,8 +17,6 @@
 #include <QSpinBox>
 #include <QStyleOption>
 #include <QTableView>
-
-#include <memory>
 
 using Metrics::touchSize;
 
@@ -68,14 +65,11 @@ bool hasRows(const QString &window)
 
 // Everything that is pressed is large enough for a gloved finger where it stands: in the frame on
 // the smallest screen and in every dialog, in each of the panel's languages.
-class TestTouchTargets : public QObject
+class TestTouchTargets : public PanelCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase_data();
-    void init();
-
     void frameKeepsToTheScreen_data();
     void frameKeepsToTheScreen();
     void controls_data();
@@ -88,38 +82,7 @@ private Q_SLOTS:
     void entriesOfMenus_data();
     void entriesOfMenus();
     void daysOfTheCalendar();
-
-private:
-    static void windows();
-
-    QString language_;
-    std::unique_ptr<Panel> panel_;
 };
-
-void TestTouchTargets::initTestCase_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::newRow("en") << QStringLiteral("en");
-    QTest::newRow("ru") << QStringLiteral("ru");
-}
-
-void TestTouchTargets::init()
-{
-    QFETCH_GLOBAL(const QString, language);
-    if (!panel_ || language != language_) {
-        panel_.reset();
-        language_ = language;
-        panel_ = std::make_unique<Panel>(language);
-    }
-}
-
-void TestTouchTargets::windows()
-{
-    QTest::addColumn<QString>("window");
-    for (const QString &window : Panel::windows()) {
-        QTest::newRow(qPrintable(window)) << window;
-    }
-}
 
 void TestTouchTargets::frameKeepsToTheScreen_data()
 {
