@@ -2,9 +2,8 @@
 #include "net/filetransfer.h"
 
 #include "app/settings.h"
+#include "net/deadpeer.h"
 #include "net/fileprotocol.h"
-
-#include <QElapsedTimer>
 
 FileTransfer::FileTransfer(const QString &host, const QString &fileName, int timeout,
                            QObject *parent)
@@ -29,7 +28,7 @@ void FileTransfer::end(bool error, const QString &message)
         failed_ = true;
         errorText_ = message.isEmpty() ? errorString() : message;
     }
-    SocketWait::close(*this, timeout_, cancelled_);
+    SocketWait::close(*this, patience(), cancelled_);
 }
 
 bool FileTransfer::fail(const QString &message)
@@ -38,8 +37,24 @@ bool FileTransfer::fail(const QString &message)
     return false;
 }
 
+qint64 FileTransfer::longestReceipt(qint64 size)
+{
+    constexpr qint64 shortest = 60000;
+    constexpr qint64 bytesPerMsec = 20;
+    return qMax(shortest, size / bytesPerMsec);
+}
+
+int FileTransfer::patience() const
+{
+    if (totalTimeout_ == 0) {
+        return timeout_;
+    }
+    return static_cast<int>(qBound<qint64>(0, totalTimeout_ - started_.elapsed(), timeout_));
+}
+
 bool FileTransfer::openConnection()
 {
+    started_.start();
     failed_ = false;
     errorText_.clear();
     answer_.clear();
@@ -51,8 +66,9 @@ bool FileTransfer::openConnection()
     }
     const auto port =
         static_cast<quint16>(settings_ != nullptr ? settings_->fileTransferPort() : 0);
-    switch (SocketWait::connectToHost(*this, host_, port, timeout_, cancelled_)) {
+    switch (SocketWait::connectToHost(*this, host_, port, patience(), cancelled_)) {
     case SocketWait::Outcome::Connected:
+        DeadPeer::watchTransfer(*this);
         return true;
     case SocketWait::Outcome::TimedOut:
         setSocketError(SocketTimeoutError);
@@ -81,7 +97,7 @@ bool FileTransfer::receiveAnswer()
     clock.start();
     while (!canReadLine() && isConnected()) {
         if (bytesAvailable() > FileProtocol::longestAnswer || clock.hasExpired(timeout_) ||
-            isCancelled()) {
+            isOver()) {
             setErrorString(QAbstractSocket::tr("Socket operation timed out"));
             return false;
         }

@@ -4,6 +4,7 @@
 #include "net/socketwait.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QTcpSocket>
 
 class Settings;
@@ -14,7 +15,7 @@ class Settings;
 //
 // A worker's object: made, called and destroyed in one thread. Every wait ends within 100 ms of
 // that thread's interruption; the call then fails. The device is never believed: its line is
-// bounded in length and time.
+// bounded in length and time, its contents in time.
 class FileTransfer : public QTcpSocket
 {
     Q_OBJECT
@@ -36,6 +37,14 @@ public:
     int timeout() const { return timeout_; }
     void setTimeout(int msec) { timeout_ = msec; }
 
+    // Bound for a whole call: connecting, answer and contents together. 0, as it begins, is none
+    // but those of its parts.
+    void setTotalTimeout(int msec) { totalTimeout_ = msec; }
+
+    // How long contents of this size may take, however steadily they come: 20,000 bytes a second,
+    // and a minute at least.
+    static qint64 longestReceipt(qint64 size);
+
     // What calls a transfer off, asked in every wait, instead of the thread's interruption.
     void setCancelled(const SocketWait::Cancelled &cancelled) { cancelled_ = cancelled; }
 
@@ -55,7 +64,8 @@ protected:
     bool sendRequest(const QByteArray &request);
     bool receiveAnswer();
 
-    bool isCancelled() const { return cancelled_(); }
+    // Called off, or beyond the bound of the whole call.
+    bool isOver() const { return cancelled_() || isOverdue(); }
     bool isConnected() const { return state() == ConnectedState; }
     const Settings *settings() const { return settings_; }
 
@@ -63,12 +73,18 @@ protected:
     bool fail(const QString &message = QString());
 
 private:
+    bool isOverdue() const { return totalTimeout_ > 0 && started_.hasExpired(totalTimeout_); }
+    // What is left of the timeout of one wait.
+    int patience() const;
+
     QString errorText_;
     QString host_;
     QString fileName_;
     bool failed_ = false;
     const Settings *settings_;
     int timeout_;
+    int totalTimeout_ = 0;
+    QElapsedTimer started_;
     QByteArray answer_;
     SocketWait::Cancelled cancelled_ = SocketWait::interrupted;
 };

@@ -6,6 +6,7 @@
 #include "records/diskspace.h"
 #include "records/filewrite.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
@@ -47,23 +48,53 @@ GetFile &GetFile::operator=(const GetFile &other)
 
 bool GetFile::operator()(const QString &remotePath)
 {
+    const std::optional<qint64> size = request(remotePath);
+    if (!size) {
+        return false;
+    }
+    if (!fits(*size)) {
+        return fail(tr("Can't download proper data"));
+    }
+    return receiveFile(*size);
+}
+
+std::optional<QByteArray> GetFile::fetch(const QString &remotePath, qint64 mostBytes)
+{
+    const std::optional<qint64> size = request(remotePath);
+    if (!size) {
+        return std::nullopt;
+    }
+    if (*size > mostBytes) {
+        fail(tr("Can't download proper data"));
+        return std::nullopt;
+    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!receive(buffer, *size)) {
+        return std::nullopt;
+    }
+    end(false, QString());
+    return buffer.data();
+}
+
+std::optional<qint64> GetFile::request(const QString &remotePath)
+{
     if (!openConnection()) {
-        return fail(tr("Connection timeout"));
+        fail(tr("Connection timeout"));
+        return std::nullopt;
     }
     if (!sendRequest(FileProtocol::getRequest(remotePath)) || !receiveAnswer()) {
-        return fail();
+        fail();
+        return std::nullopt;
     }
     if (answer().isEmpty()) {
         qCDebug(logNet) << "FileTransfer response not valid!!!" << bytesAvailable() << state();
     }
     if (FileProtocol::isRefusal(answer())) {
-        return fail(tr("Can't download proper data"));
+        fail(tr("Can't download proper data"));
+        return std::nullopt;
     }
-    const qint64 size = FileProtocol::announcedSize(answer());
-    if (!fits(size)) {
-        return fail(tr("Can't download proper data"));
-    }
-    return receive(size);
+    return FileProtocol::announcedSize(answer());
 }
 
 bool GetFile::fits(qint64 size) const
@@ -76,18 +107,13 @@ bool GetFile::fits(qint64 size) const
     return disk.total == 0 || size <= disk.available - settings()->minReservedFreeSpace();
 }
 
-bool GetFile::receive(qint64 size)
+bool GetFile::receiveFile(qint64 size)
 {
     QFile file(fileName());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
         return fail(fileName() + QStringLiteral(": ") + file.errorString());
     }
-    for (qint64 block = 0; block < size / blockSize; ++block) {
-        if (!receivePiece(file, blockSize, false)) {
-            return false;
-        }
-    }
-    if (!receivePiece(file, size % blockSize, true)) {
+    if (!receive(file, size)) {
         return false;
     }
     file.close();
@@ -95,14 +121,25 @@ bool GetFile::receive(qint64 size)
     return true;
 }
 
-bool GetFile::receivePiece(QFile &file, qint64 size, bool lossAllowed)
+bool GetFile::receive(QIODevice &target, qint64 size)
+{
+    receipt_.setRemainingTime(longestReceipt(size));
+    for (qint64 block = 0; block < size / blockSize; ++block) {
+        if (!receivePiece(target, blockSize, false)) {
+            return false;
+        }
+    }
+    return receivePiece(target, size % blockSize, true);
+}
+
+bool GetFile::receivePiece(QIODevice &target, qint64 size, bool lossAllowed)
 {
     const QString late = QStringLiteral("Timeout when reading file from vask");
-    if (isCancelled()) {
+    if (isOver() || receipt_.hasExpired()) {
         return fail(late); // a fast line never gets to the wait below
     }
     for (int waited = 0; bytesAvailable() < size && isConnected(); waited += waitStep) {
-        if (waited == blockTimeout || isCancelled()) {
+        if (waited == blockTimeout || isOver()) {
             return fail(late);
         }
         waitForReadyRead(waitStep);
@@ -111,8 +148,8 @@ bool GetFile::receivePiece(QFile &file, qint64 size, bool lossAllowed)
         return fail();
     }
     const QByteArray piece = read(size);
-    if (!FileWrite::all(file, piece)) {
-        return fail(fileName() + QStringLiteral(": ") + file.errorString());
+    if (!FileWrite::all(target, piece)) {
+        return fail(fileName() + QStringLiteral(": ") + target.errorString());
     }
     return true;
 }

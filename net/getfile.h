@@ -3,9 +3,14 @@
 
 #include "net/filetransfer.h"
 
-class QFile;
+#include <QDeadlineTimer>
 
-// Downloads one file of a device into a local file, which is overwritten. Blocks; see FileTransfer.
+#include <optional>
+
+class QIODevice;
+
+// Downloads one file of a device, into a local file, which is overwritten, or into memory. Blocks;
+// see FileTransfer.
 //
 // A failed download leaves a partial or empty local file, but a refusal, a file larger than the
 // disk can take and a failed connection leave the old one untouched. An answer that is neither
@@ -24,8 +29,17 @@ public:
 
     bool operator()(const QString &remotePath);
 
+    // Into memory; the local file is not touched. Nothing when it failed, or when the device
+    // announces more than so many bytes, which counts as no proper data.
+    std::optional<QByteArray> fetch(const QString &remotePath, qint64 mostBytes);
+
 private:
-    bool receive(qint64 size);
-    bool receivePiece(QFile &file, qint64 size, bool lossAllowed);
+    // The announced size; nothing after a failure.
+    std::optional<qint64> request(const QString &remotePath);
+    bool receiveFile(qint64 size);
+    bool receive(QIODevice &target, qint64 size);
+    bool receivePiece(QIODevice &target, qint64 size, bool lossAllowed);
     bool fits(qint64 size) const;
+
+    QDeadlineTimer receipt_;
 };
