@@ -30,6 +30,12 @@ NumberSource AccessFiles::numbersOf(const AccessModel *model)
             }};
 }
 
+QString AccessFiles::create(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadWrite) ? QString() : file.errorString();
+}
+
 QString AccessFiles::copy(const QString &list, const QString &name)
 {
     if (PhotoFiles::isSameFile(list, name)) {
@@ -64,6 +70,12 @@ QString AccessFiles::saveCsv(const QString &list, const QStringList &titles, con
         error = file.write(text);
     }
     return error.isEmpty() ? file.commit() : error;
+}
+
+bool AccessFiles::remove(const QString &list, const QVector<int> &entries)
+{
+    RecordFile file(list, Access::size);
+    return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && file.remove(entries);
 }
 
 QString AccessFiles::loadCsv(const QString &source, const QString &list)

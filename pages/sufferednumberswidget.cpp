@@ -23,8 +23,6 @@
 #include <QScopedValueRollback>
 #include <QTemporaryDir>
 
-#include <algorithm>
-
 SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
     : QWidget(parent)
     , ui_(std::make_unique<Ui_SufferedNumbersWidgetClass>())
@@ -278,24 +276,30 @@ void SufferedNumbersWidget::enableApply()
 
 void SufferedNumbersWidget::deleteRecord()
 {
-    QVector<int> rows;
-    const QModelIndexList selected = ui_->tableViewSuffered->selectionModel()->selectedRows();
-    for (const QModelIndex &index : selected) {
-        rows.append(filter_->proxy()->mapToSource(index).row());
-    }
-    if (rows.isEmpty() ||
+    removal_ = RowRemoval(ui_->tableViewSuffered, filter_);
+    if (removal_.rows().isEmpty() ||
         QMessageBox::warning(this, windowTitle(), tr("Do you want to remove this records?"),
                              QMessageBox::Ok, QMessageBox::Cancel) == QMessageBox::Cancel) {
         return;
     }
-    // From the last one on, so that the others keep their places.
-    std::sort(rows.begin(), rows.end(), std::greater<>());
-    for (const int row : qAsConst(rows)) {
-        if (!model_->removeRows(row, row)) {
-            ErrorBrowser::error(tr("Error"), tr("Can't remove row"), this);
-            return;
-        }
+    if (model_->rowCount() > RowRemoval::longestAtOnce) {
+        start(&SufferedNumbersWidget::removeRows, QString(),
+              &SufferedNumbersWidget::removeThreadFinished);
+    } else if (!removal_.apply([this] { return model_->removeScattered(removal_.rows()); })) {
+        ErrorBrowser::error(tr("Error"), tr("Can't remove row"), this);
     }
+    enableApply();
+}
+
+QString SufferedNumbersWidget::removeRows(QString)
+{
+    const QString list = listOfJob();
+    if (!handover_.rebind(QString())) {
+        return QString(); // closing
+    }
+    const bool removed = AccessFiles::remove(list, removal_.rows());
+    handover_.rebind(list);
+    return removed ? QString() : tr("Can't remove row");
 }
 
 int SufferedNumbersWidget::insertRecord(const Access &access)
@@ -345,14 +349,12 @@ void SufferedNumbersWidget::newTable()
 
 QString SufferedNumbersWidget::createTableFile(QString name)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadWrite)) {
-        return file.errorString();
+    const QString error = AccessFiles::create(name);
+    if (error.isEmpty()) {
+        handover_.rebind(name);
+        origin_.set(tr("local"));
     }
-    file.close();
-    handover_.rebind(name);
-    origin_.set(tr("local"));
-    return QString();
+    return error;
 }
 
 void SufferedNumbersWidget::loadTableFromFile()

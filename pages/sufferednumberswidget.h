@@ -4,6 +4,7 @@
 #include "pages/accesseditor.h"
 #include "pages/accesstransfer.h"
 #include "pages/jobrunner.h"
+#include "pages/rowremoval.h"
 #include "pages/tablecolumns.h"
 #include "pages/tablehandover.h"
 #include "pages/tableorigin.h"
@@ -101,6 +102,12 @@ private:
     Runner::Job *start(Runner::Job::Method method, const QString &argument, Runner::Finish finish);
     QString askDevice();
     QString createTableFile(QString name);
+    QString removeRows(QString);
+    void removeThreadFinished()
+    {
+        removal_.restoreCurrent();
+        showResult();
+    }
     void showResult();
     void enableApply();
     void reportFailedInsertion();
@@ -121,6 +128,7 @@ private:
     QString jobList_;
     QStringList jobTitles_;
     Access jobEntry_;
+    RowRemoval removal_;
 
     TableOrigin origin_;
     TableHandover handover_;

@@ -1,6 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "records/recordfile.h"
 
+#include "records/filewrite.h"
+#include "records/flush.h"
+
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <numeric>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 copyStep = qint64{64} * 1024;
+
+} // namespace
+
 RecordFile::RecordFile(const QString &name, int recordSize)
     : file_(name)
     , recordSize_(recordSize)
@@ -76,14 +94,62 @@ bool RecordFile::shrink()
 
 bool RecordFile::removeRange(int first, int last)
 {
-    QByteArray scratch(recordSize_, '\0');
-    int to = first;
-    for (int from = last + 1; from < count(); ++from, ++to) {
-        if (!read(from, scratch.data()) || !write(to, scratch.constData())) {
+    QVector<int> records(last - first + 1);
+    std::iota(records.begin(), records.end(), first);
+    return remove(records);
+}
+
+bool RecordFile::remove(const QVector<int> &records)
+{
+    if (records.isEmpty() || records.first() < 0 || records.last() >= count()) {
+        return false;
+    }
+    const qint64 end = file_.size();
+    if (records.first() == count() - records.size()) {
+        return resizeExactly(end - qint64(records.size()) * recordSize_); // nothing moves up
+    }
+    const QString name = QFileInfo(fileName()).canonicalFilePath();
+    QTemporaryFile beside(name + QStringLiteral(".XXXXXX"));
+    if (name.isEmpty() || !beside.open()) {
+        return false; // somebody has deleted the file, or the folder takes none
+    }
+    qint64 kept = 0;
+    for (const int record : records) {
+        const qint64 place = qint64(record) * recordSize_;
+        if (!copyRange(kept, place, beside)) {
             return false;
         }
+        kept = place + recordSize_;
     }
-    return resizeExactly(file_.size() - qint64(last - first + 1) * recordSize_);
+    return copyRange(kept, end, beside) && beside.flush() && putInPlace(beside, name);
+}
+
+bool RecordFile::copyRange(qint64 from, qint64 to, QFile &destination)
+{
+    if (!file_.seek(from)) {
+        return false;
+    }
+    for (qint64 rest = to - from; rest > 0;) {
+        const QByteArray piece = file_.read(qMin(rest, copyStep));
+        if (piece.isEmpty() || !FileWrite::all(destination, piece)) {
+            return false;
+        }
+        rest -= piece.size();
+    }
+    return true;
+}
+
+bool RecordFile::putInPlace(QFile &beside, const QString &name)
+{
+    const QByteArray from = QFile::encodeName(beside.fileName());
+    if (!beside.setPermissions(file_.permissions()) || !Flush::file(beside.handle()).isEmpty() ||
+        std::rename(from.constData(), QFile::encodeName(name).constData()) != 0) {
+        return false;
+    }
+    // The handle is turned to the new file rather than opened anew, which could fail.
+    ::dup3(beside.handle(), file_.handle(), O_CLOEXEC);
+    Flush::folderOf(name); // what fails here can at worst bring the removed records back
+    return true;
 }
 
 bool RecordFile::resizeExactly(qint64 size)

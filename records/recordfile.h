@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFile>
+#include <QVector>
 
 // A headerless file of records of one fixed size: record n lies at n x size. A partial record at
 // the end is not counted; the next append writes over it. Unbuffered, so that what is written is in
@@ -31,12 +32,17 @@ public:
     bool grow();
     // Takes back the bytes of one record at the end.
     bool shrink();
-    // Records first to last, both included; those behind move up. A failure half-way leaves the
-    // file partly moved.
+    // Records first to last, both included; those behind move up. The same for single records, in
+    // rising order. All of them are gone or none: what stays is written beside, flushed, and put in
+    // the file's place in one step, after which this handle is one of the new file. Other handles
+    // keep the old one.
     bool removeRange(int first, int last);
+    bool remove(const QVector<int> &records);
 
 private:
     bool resizeExactly(qint64 size);
+    bool copyRange(qint64 from, qint64 to, QFile &destination);
+    bool putInPlace(QFile &beside, const QString &name);
 
     QFile file_;
     int recordSize_;

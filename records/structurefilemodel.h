@@ -202,11 +202,23 @@ public:
         const bool removed = file_->removeRange(first, last);
         endRemoveRows();
         if (!removed) {
-            resetViews(); // which rows are left is not known
+            resetViews(); // they are all still there
         }
         return removed;
     }
     virtual bool removeRows(int first, int last) { return removeRows(first, last, QModelIndex()); }
+
+    // Rows that need not lie together, in rising order, each once: all of them or none.
+    bool removeScattered(const QVector<int> &rows)
+    {
+        if (rows.isEmpty() || rows.last() - rows.first() + 1 == rows.size()) {
+            return !rows.isEmpty() && removeRows(rows.first(), rows.last());
+        }
+        beginResetModel();
+        const bool removed = file_ && file_->remove(rows);
+        endResetModel();
+        return removed;
+    }
 
     Iterator begin() const { return Iterator(this, 0); }
     Iterator end() const { return Iterator(this, rowCount()); }
