@@ -279,6 +279,8 @@ void TestGuides::everyQuotedTextIs_data()
                              << QStringList(texts.keys());
     QTest::newRow("russian") << russian << QStringLiteral("«([^»]*)»")
                              << QStringList(texts.values());
+    QTest::newRow("faults") << QStringLiteral("docs/faults.md") << QStringLiteral("\"([^\"]*)\"")
+                            << QStringList(texts.keys());
 }
 
 // What stands in quotation marks is on the screen.
