@@ -157,11 +157,13 @@ void Settings::setVideoDisconnectTimeout(int seconds)
     put(key::videoDisconnectTimeout, seconds);
 }
 
-int Settings::minReservedFreeSpace() const
+qint64 Settings::minReservedFreeSpace() const
 {
-    return number(key::minReservedFreeSpace, 2 * 1024 * 1024);
+    constexpr qint64 fallback = 2 * 1024 * 1024;
+    // Of 64 bits: disks are larger than what the other numbers can tell.
+    return value(QLatin1String(key::minReservedFreeSpace), fallback).toLongLong();
 }
-void Settings::SetMinReservedFreeSpace(int bytes)
+void Settings::SetMinReservedFreeSpace(qint64 bytes)
 {
     put(key::minReservedFreeSpace, bytes);
 }

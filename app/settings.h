@@ -45,8 +45,8 @@ public:
     void setVideoDisconnectTimeout(int seconds);
 
     // Bytes that must stay free on the disk of the temporary files.
-    int minReservedFreeSpace() const;
-    void SetMinReservedFreeSpace(int bytes);
+    qint64 minReservedFreeSpace() const;
+    void SetMinReservedFreeSpace(qint64 bytes);
 
     QString workingDirectory() const;
     void setWorkingDirectory(const QString &path);

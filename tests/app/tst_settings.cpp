@@ -68,15 +68,12 @@ struct NumberKey {
     int settled;
 };
 
-// init() does not touch the reserve: what is read afterwards is the default.
 constexpr NumberKey numberKeys[] = {
     {"Global/VaskParkingPort", &S::vaskParkingPort, &S::setVaskParkingPort, 3333, 3333},
     {"Global/FileTransferPort", &S::fileTransferPort, &S::setFileTransferPort, 5058, 5058},
     {"Global/VideoTimeout", &S::videoTimeout, &S::setVideoTimeout, 500, 1000},
     {"Global/VideoDisconnectTimeout", &S::videoDisconnectTimeout, &S::setVideoDisconnectTimeout, 30,
      30},
-    {"Global/MinReservedFreeSpace", &S::minReservedFreeSpace, &S::SetMinReservedFreeSpace, 2097152,
-     2097152},
 };
 
 QString inHome(const char *text)
@@ -128,6 +125,8 @@ private Q_SLOTS:
     void texts();
     void numbers_data();
     void numbers();
+    void reserves_data();
+    void reserves();
     void initWritesNoOtherKey();
     void defaultsFollowTheOtherKeys();
     void initSettlesInOrder();
@@ -223,6 +222,40 @@ void TestSettings::numbers()
     QCOMPARE(read(), 7);
 }
 
+// Disks, and so their reserves, are larger than 2 GiB.
+void TestSettings::reserves_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("bytes");
+    const auto row = [](const char *name, const char *text, qint64 bytes) {
+        QTest::newRow(name) << QString::fromLatin1(text) << bytes;
+    };
+    row("missing", "", 2097152);
+    row("none", "0", 0);
+    row("usual", "209715200", 209715200);
+    row("2 GiB less a byte", "2147483647", 2147483647);
+    row("2 GiB", "2147483648", Q_INT64_C(2147483648));
+    row("4 GiB", "4294967296", Q_INT64_C(4294967296));
+    row("a large disk", "8000000000000", Q_INT64_C(8000000000000));
+    row("no number", "much", 0);
+}
+
+void TestSettings::reserves()
+{
+    QFETCH(QString, text);
+    QFETCH(qint64, bytes);
+    const QString key = QStringLiteral("Global/MinReservedFreeSpace");
+    if (!text.isEmpty()) {
+        settings()->setValue(key, text);
+    }
+    settings()->init(); // does not touch it
+    QCOMPARE(settings()->contains(key), !text.isEmpty());
+    QCOMPARE(settings()->minReservedFreeSpace(), bytes);
+    settings()->SetMinReservedFreeSpace(bytes);
+    QCOMPARE(stored(key).toString(), QString::number(bytes));
+    QCOMPARE(settings()->minReservedFreeSpace(), bytes);
+}
+
 void TestSettings::initWritesNoOtherKey()
 {
     settings()->init();
@@ -230,7 +263,7 @@ void TestSettings::initWritesNoOtherKey()
     QVERIFY(!settings()->contains(QStringLiteral("Global/MinReservedFreeSpace")));
     QVERIFY(!settings()->contains(QStringLiteral("Global/VaskVideoTempFormat")));
     QVERIFY(!settings()->contains(QStringLiteral("AddressList/Addresses")));
-    QCOMPARE(settings()->minReservedFreeSpace(), 2097152);
+    QCOMPARE(settings()->minReservedFreeSpace(), qint64(2097152));
     QCOMPARE(settings()->addressList(), QStringList());
 }
 
