@@ -53,6 +53,7 @@ bool GetFile::operator()(const QString &remotePath)
         return false;
     }
     if (!fits(*size)) {
+        noRoom_ = true;
         return fail(tr("Can't download proper data"));
     }
     return receiveFile(*size);
@@ -79,6 +80,7 @@ std::optional<QByteArray> GetFile::fetch(const QString &remotePath, qint64 mostB
 
 std::optional<qint64> GetFile::request(const QString &remotePath)
 {
+    noRoom_ = false;
     if (!openConnection()) {
         fail(tr("Connection timeout"));
         return std::nullopt;
@@ -99,12 +101,12 @@ std::optional<qint64> GetFile::request(const QString &remotePath)
 
 bool GetFile::fits(qint64 size) const
 {
-    if (size == 0 || settings() == nullptr) {
+    if (size == 0) {
         return true;
     }
     const DiskSpace disk = DiskSpace::of(QFileInfo(fileName()).absolutePath());
     // Where there is no folder, opening the file says so.
-    return disk.total == 0 || size <= disk.available - settings()->minReservedFreeSpace();
+    return disk.total == 0 || size <= disk.available - spared_;
 }
 
 bool GetFile::receiveFile(qint64 size)

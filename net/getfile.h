@@ -33,6 +33,13 @@ public:
     // announces more than so many bytes, which counts as no proper data.
     std::optional<QByteArray> fetch(const QString &remotePath, qint64 mostBytes);
 
+    // Bytes of the disk that the file must leave available; none of them without this call, since
+    // what is live goes before the reserve. Not copied.
+    void setSpared(qint64 bytes) { spared_ = bytes; }
+    // Whether the last call failed because the announced size does not fit on the disk beside what
+    // is spared.
+    bool hadNoRoom() const { return noRoom_; }
+
 private:
     // The announced size; nothing after a failure.
     std::optional<qint64> request(const QString &remotePath);
@@ -42,4 +49,6 @@ private:
     bool fits(qint64 size) const;
 
     QDeadlineTimer receipt_;
+    qint64 spared_ = 0;
+    bool noRoom_ = false;
 };

@@ -134,17 +134,22 @@ bool ArchiveDownload::photos(const QString &folder, const std::function<void(int
     const Settings *settings = Settings::instance();
     RecordFile records(request_.recordFile, Scan::size);
     const int count = records.open(QIODevice::ReadOnly) ? added() : 0;
+    const qint64 reserve = settings->minReservedFreeSpace();
     int shown = 0;
     progress(shown + 1);
     for (int done = 1; done <= count && !SocketWait::interrupted(); ++done) {
-        if (DiskSpace::of(request_.recordFile).available <= settings->minReservedFreeSpace()) {
+        if (DiskSpace::of(request_.recordFile).available <= reserve) {
             return false;
         }
         Scan scan;
         if (records.read(request_.rows + count - done, scan.data())) {
             GetFile get(request_.host, QString(), nullptr);
+            get.setSpared(reserve);
             OnlinePictureLoader::fetch(get, settings->vaskArchivePhotoPath(scan),
                                        folder + QLatin1Char('/') + VaskSettings::picFileName(scan));
+            if (get.hadNoRoom()) {
+                return false; // nor would the others fit, which are as large
+            }
         }
         const int percent = qRound(allButFirst * done / count);
         if (percent != shown) {

@@ -41,7 +41,8 @@ public:
     // How many were added, or are to be.
     int added() const { return last_ - first_ + 1; }
     // Fetches the photos of the added rows into the folder, newest first, as long as the disk has
-    // the configured reserve; a photo that cannot be had is left out. progress is called with 1 to
+    // the configured reserve and the next one fits above it; a photo that cannot be had is left
+    // out. progress is called with 1 to
     // 100. False when the disk ran short.
     bool photos(const QString &folder, const std::function<void(int)> &progress) const;
 

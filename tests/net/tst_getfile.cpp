@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "net/getfile.h"
 
+#include "app/settings.h"
 #include "net/threadrun.h"
+#include "records/diskspace.h"
 #include "tests/support/devices.h"
 #include "tests/support/filelimit.h"
 #include "tests/support/testmain.h"
@@ -198,6 +200,43 @@ private Q_SLOTS:
         }
         QVERIFY(get.transferError().startsWith(local_ + QStringLiteral(": ")));
         QVERIFY(get(path));
+    }
+
+    // Only what the disk cannot take is refused; the reserve is for others to keep.
+    void asksForRoomFirst_data()
+    {
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<qint64>("reserve");
+        QTest::addColumn<qint64>("spared");
+        QTest::addColumn<bool>("fits");
+        const qint64 disk = DiskSpace::of(folder_->path()).total;
+        QTest::newRow("reserve of the whole disk") << qint64(5000) << 2 * disk << qint64(0) << true;
+        QTest::newRow("something spared") << qint64(5000) << qint64(0) << qint64(100) << true;
+        QTest::newRow("whole disk spared") << qint64(5000) << qint64(0) << disk << false;
+        QTest::newRow("nothing beside the spared") << qint64(0) << qint64(0) << disk << true;
+        QTest::newRow("larger than the disk") << disk + 1 << qint64(0) << qint64(0) << false;
+    }
+    void asksForRoomFirst()
+    {
+        QFETCH(qint64, size);
+        QFETCH(qint64, reserve);
+        QFETCH(qint64, spared);
+        QFETCH(bool, fits);
+        Settings::instance()->SetMinReservedFreeSpace(reserve);
+        device().files().setMaker(
+            path, [size](const QString &) { return std::make_shared<Zeros>(size); });
+        writeOld();
+        GetFile get(device().address(), local_, nullptr);
+        get.setSpared(spared);
+        QCOMPARE(get(path), fits);
+        QCOMPARE(get.hadNoRoom(), !fits);
+        QCOMPARE(get.transferError(), QString::fromLatin1(fits ? "" : refusedText));
+        QCOMPARE(localContent(), fits ? QByteArray(int(size), '\0') : QByteArray("old"));
+        // Any other failure is told from this one.
+        device().faults().add(Fault::answer("Error=No").on(path));
+        QVERIFY(!get(path));
+        QVERIFY(!get.hadNoRoom());
+        TestSurroundings::freshSettings();
     }
 
     void endsOnInterruption_data()

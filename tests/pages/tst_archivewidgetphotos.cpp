@@ -53,6 +53,8 @@ private Q_SLOTS:
     void complainsAboutFolder();
     void endsWhenSpaceIsLow_data();
     void endsWhenSpaceIsLow();
+    void endsAtPhotoWithoutRoom_data();
+    void endsAtPhotoWithoutRoom();
     void namesDeviceAtTheEnd();
     void namesDeviceAfterCancel();
     void namesDeviceWithoutPhotos();
@@ -297,6 +299,50 @@ void TestArchiveWidgetPhotos::endsWhenSpaceIsLow()
     QCOMPARE(log.values.last(), qRound(99.0 * photos / 10) + 1);
     // Who did not finish does not change the name.
     QCOMPARE(title(), named(photos == 10 ? host() : devices_->second().address()));
+}
+
+void TestArchiveWidgetPhotos::endsAtPhotoWithoutRoom_data()
+{
+    QTest::addColumn<int>("spare"); // pages beyond the reserve after the table was written
+    QTest::addColumn<int>("photos");
+    QTest::newRow("none") << 2 << 0;
+    QTest::newRow("one exactly") << 3 << 1;
+    QTest::newRow("one and a part") << 5 << 1;
+    QTest::newRow("three and a part") << 11 << 3;
+    QTest::newRow("all but the last page") << 29 << 9;
+    QTest::newRow("all exactly") << 30 << 10;
+}
+
+// The photos take three pages each. The one that does not fit is asked for, since only the device
+// knows its size; after it none is.
+void TestArchiveWidgetPhotos::endsAtPhotoWithoutRoom()
+{
+    QFETCH(int, spare);
+    QFETCH(int, photos);
+    if (!SmallDisk::isAllowed()) {
+        QSKIP("this process may not mount a disk");
+    }
+    constexpr int pages = 64;
+    constexpr int tablePages = 2;
+    const SmallDisk disk(Page::folder(), pages);
+    const ArchiveDevice archive(device(), ArchiveDevice::passages(10));
+    const QByteArray photo(3 * SmallDisk::pageSize, 'p');
+    device().files().setMaker(DevicePaths::photoFolder(),
+                              [photo](const QString &) { return FileTree::contentOf(photo); });
+    const qint64 reserve = (pages - tablePages - spare) * SmallDisk::pageSize;
+    Settings::instance()->SetMinReservedFreeSpace(reserve);
+    download(Page::wholeArchive());
+    QCOMPARE(page_->rows(), 10);
+    const int asked = qMin(photos + (spare % 3 > 0 ? 1 : 0), 10);
+    QCOMPARE(archive.photoRequests(), newestFirst(archive, 10 - asked, 9));
+    QStringList names;
+    for (int row = 10 - photos; row < 10; ++row) {
+        names += archive.photoName(row);
+        QCOMPARE(Page::content(photoFile(names.last())), photo);
+    }
+    QCOMPARE(Page::photoNames(), names);
+    QVERIFY(disk.available() >= reserve);
+    QCOMPARE(title(), named(photos == 10 ? host() : QString()));
 }
 
 void TestArchiveWidgetPhotos::namesDeviceAtTheEnd()
