@@ -14,5 +14,5 @@ DiskSpace DiskSpace::of(const QString &path)
     const auto bytes = [&information](auto blocks) {
         return static_cast<qint64>(information.f_bsize) * static_cast<qint64>(blocks);
     };
-    return {bytes(information.f_blocks), bytes(information.f_bfree), bytes(information.f_bavail)};
+    return {bytes(information.f_blocks), bytes(information.f_bavail)};
 }

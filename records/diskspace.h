@@ -7,8 +7,8 @@
 // reads as a disk that has nothing to give.
 struct DiskSpace {
     qint64 total = 0;
-    qint64 free = 0;
-    // What an unprivileged program can still take.
+    // What this panel can still write, as an ordinary user: what the disk keeps back for the
+    // administrator is free and yet not to be had, so no free space is given beside it.
     qint64 available = 0;
 
     // Any thread.

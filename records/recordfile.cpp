@@ -50,6 +50,23 @@ bool RecordFile::read(int record, char *bytes)
     return readPart(record, 0, recordSize_, bytes);
 }
 
+int RecordFile::readSeveral(int first, int records, char *bytes)
+{
+    const qint64 size = qint64(records) * recordSize_;
+    if (!file_.seek(qint64(first) * recordSize_)) {
+        return 0;
+    }
+    qint64 done = 0;
+    while (done < size) {
+        const qint64 now = file_.read(bytes + done, size - done);
+        if (now <= 0) {
+            break; // what came before can be read all the same
+        }
+        done += now;
+    }
+    return static_cast<int>(done / recordSize_);
+}
+
 bool RecordFile::readPart(int record, int offset, int size, char *bytes)
 {
     return file_.seek(qint64(record) * recordSize_ + offset) && file_.read(bytes, size) == size;

@@ -21,6 +21,8 @@ public:
 
     int count() const;
     bool read(int record, char *bytes);
+    // As many of so many records as can be read, from the first on; how many those are.
+    int readSeveral(int first, int records, char *bytes);
     // Only these bytes of the record.
     bool readPart(int record, int offset, int size, char *bytes);
     bool write(int record, const char *bytes);

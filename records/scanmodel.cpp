@@ -7,7 +7,6 @@
 #include "records/vasksettings.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPalette>
@@ -16,8 +15,6 @@ const QString scanModelDateTimeFormat = QStringLiteral("dd MMMM yyyy hh:mm:ss");
 
 namespace
 {
-
-constexpr int mostFreeingMsec = 40;
 
 QDateTime timeOf(const QModelIndex &index)
 {
@@ -62,7 +59,7 @@ void ScanModel::setFileName(const QString &name)
     cachedScan_ = Scan();
     cachedRow_ = -1;
     cachedDevice_.clear();
-    resumeFreeing_ = 0;
+    oldPhotos_.reset();
     indexFile_.close();
     indexFile_.setFileName(QString());
     if (!name.isEmpty()) {
@@ -202,6 +199,12 @@ QVariant ScanModel::foreground(int column) const
     return good ? QGuiApplication::palette().color(QPalette::WindowText) : QColor(Qt::red);
 }
 
+bool ScanModel::removeRows(int first, int last, const QModelIndex &parent)
+{
+    oldPhotos_.reset(); // its place is that of other rows now
+    return StructureFileModel<Scan>::removeRows(first, last, parent);
+}
+
 DiskSpace ScanModel::diskSpace() const
 {
     return DiskSpace::of(fileName());
@@ -214,29 +217,15 @@ void ScanModel::freeSpace()
         return;
     }
     const qint64 reserve = settings->minReservedFreeSpace();
-    if (diskSpace().total <= reserve) {
-        return; // a disk that could never hold the reserve keeps its photos
+    const DiskSpace disk = diskSpace();
+    // A disk that could never hold the reserve keeps its photos.
+    if (disk.total <= reserve || disk.available >= reserve) {
+        return;
     }
-    const QFileInfo record(fileName());
-    const QDir folder = record.absoluteDir();
-    // Photos of a saved table lie in a folder named after it, those of the live table in the common
-    // one.
-    const QString own = folder.filePath(VaskSettings::picFileDir(record.baseName()));
-    const QString common = folder.filePath(VaskSettings::picFileDir());
-    QElapsedTimer clock;
-    clock.start();
-    int row = resumeFreeing_;
-    resumeFreeing_ = 0;
-    for (; row < rowCount() && diskSpace().free < reserve; ++row) {
-        if (clock.hasExpired(mostFreeingMsec)) {
-            resumeFreeing_ = row;
-            return;
-        }
-        const QString photo = QLatin1Char('/') + VaskSettings::picFileName(value(row));
-        if (!QFile::remove(own + photo)) {
-            QFile::remove(common + photo);
-        }
+    if (!oldPhotos_) {
+        oldPhotos_ = std::make_unique<OldPhotos>(fileName());
     }
+    oldPhotos_->free(reserve, [this] { return diskSpace().available; });
 }
 
 bool isIndexEqualDateTime(const QModelIndex &index, const QDateTime &dateTime)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "records/diskspace.h"
+#include "records/oldphotos.h"
 #include "records/scan.h"
 #include "records/structurefilemodel.h"
 
@@ -52,8 +53,11 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex &index, int role) const override;
 
+    using StructureFileModel<Scan>::removeRows;
+    bool removeRows(int first, int last, const QModelIndex &parent) override;
+
     // Deletes photos of the oldest passages until the disk has the configured reserve. Passages
-    // stay.
+    // stay. Each call goes on where the last one stopped, see OldPhotos.
     void freeSpace();
 
 protected:
@@ -70,7 +74,7 @@ private:
     mutable int cachedRow_ = -1;
     mutable Scan cachedScan_;
     mutable QString cachedDevice_;
-    int resumeFreeing_ = 0; // the row to go on with when the last call ran out of time
+    std::unique_ptr<OldPhotos> oldPhotos_; // of these rows, made when the disk first runs short
 };
 
 // Comparators for binary searches with the table's iterators over rows in time order. An index

@@ -4,9 +4,9 @@
 #include "app/settings.h"
 #include "records/vasksettings.h"
 #include "tests/support/testmain.h"
+#include "tests/support/unreadable.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <vector>
@@ -39,7 +39,7 @@ protected:
     {
         const int left = QDir(photos).entryList(QDir::Files).size();
         const qint64 now = free + (initialPhotos_ - left) * bytesPerPhoto;
-        return {total, now, now};
+        return {total, now};
     }
 
 public:
@@ -61,7 +61,10 @@ private Q_SLOTS:
     {
         folder_ = std::make_unique<QTemporaryDir>();
         name_ = folder_->filePath(QStringLiteral("table.week.tpp"));
+        photos_ = folder_->filePath(QStringLiteral("jpegdata"));
+        QVERIFY(QDir().mkpath(photos_));
     }
+    void cleanup() { TestSurroundings::freshSettings(); }
 
     void freesSpace_data()
     {
@@ -101,7 +104,6 @@ private Q_SLOTS:
             QCOMPARE(files.at(n), VaskSettings::picFileName(passage(4 - left + n)));
         }
         QCOMPARE(model.rowCount(), 4);
-        TestSurroundings::freshSettings();
     }
 
     void freesTablesOwnFolderFirst()
@@ -120,7 +122,6 @@ private Q_SLOTS:
         model.freeSpace();
         QVERIFY(QDir(own).isEmpty());
         QVERIFY(!QDir(common).isEmpty());
-        TestSurroundings::freshSettings();
     }
 
     void freesNothingOnThisDisk()
@@ -134,44 +135,168 @@ private Q_SLOTS:
         Settings::instance()->SetMinReservedFreeSpace(1);
         model.freeSpace();
         QVERIFY(QFile::exists(photo));
-        TestSurroundings::freshSettings();
     }
 
-    // Whole days of passages without photos must not hold up the operator.
-    void keepsTheOperatorWaitingForMomentsOnly()
+    // However many rows without a photo stand before the one with the oldest photo: each call makes
+    // the room that is missing, and goes on from there.
+    void goesOnWhereItStopped_data()
     {
-        Settings::instance()->SetMinReservedFreeSpace(1000000);
-        write(std::vector<Scan>(200000, passage(0)));
-        SmallDiskModel model(name_, nullptr);
-        model.total = 10000000;
-        QElapsedTimer clock;
-        clock.start();
-        model.freeSpace();
-        QVERIFY(clock.elapsed() < 500);
-        TestSurroundings::freshSettings();
+        QTest::addColumn<int>("before");
+        for (const int rows : {0, 1, 511, 512, 513, 5000, 36000, 100000, 200000}) {
+            QTest::addRow("%d rows", rows) << rows;
+        }
     }
-
-    // Each call goes on where the last one had to stop, so the newest photo is reached in the end.
     void goesOnWhereItStopped()
     {
+        QFETCH(int, before);
+        constexpr int photos = 40;
         Settings::instance()->SetMinReservedFreeSpace(1000000);
-        std::vector<Scan> scans(100000, passage(0));
-        scans.back() = passage(1);
+        std::vector<Scan> scans(static_cast<std::size_t>(before), passage(-1));
+        for (int n = 0; n < photos; ++n) {
+            scans.push_back(passage(n));
+            writePhoto(passage(n));
+        }
         write(scans);
-        const QString photos = folder_->filePath(QStringLiteral("jpegdata"));
-        QVERIFY(QDir().mkpath(photos));
-        const QString photo = photos + QLatin1Char('/') + VaskSettings::picFileName(passage(1));
-        writeFile(photo, "photo");
         SmallDiskModel model(name_, nullptr);
         model.total = 10000000;
-        int calls = 0;
-        while (QFile::exists(photo) && calls < 1000) {
+        model.photos = photos_;
+        model.bytesPerPhoto = 600000;
+        model.countPhotos();
+        for (int n = 0; n < photos; ++n) {
+            model.free = 400000 - n * 600000; // another passage came
             model.freeSpace();
-            ++calls;
+            QVERIFY(!hasPhoto(passage(n)));
+            QCOMPARE(QDir(photos_).entryList(QDir::Files).size(), photos - n - 1);
         }
-        QVERIFY(!QFile::exists(photo));
-        QVERIFY(calls > 1);
-        TestSurroundings::freshSettings();
+        model.freeSpace();
+        QCOMPARE(model.rowCount(), before + photos);
+    }
+
+    // Photos that came late, of rows that had been passed by, have their turn after the newest.
+    void comesRoundToLatePhotos()
+    {
+        constexpr int rows = 3000;
+        Settings::instance()->SetMinReservedFreeSpace(1000000);
+        std::vector<Scan> scans;
+        for (int n = 0; n < rows; ++n) {
+            scans.push_back(passage(n));
+        }
+        write(scans);
+        for (const int n : {1000, 2000, 2999}) {
+            writePhoto(passage(n));
+        }
+        SmallDiskModel model(name_, nullptr);
+        model.total = 10000000;
+        model.photos = photos_;
+        model.bytesPerPhoto = 600000;
+        model.countPhotos();
+        model.free = 400000;
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(1000)));
+        for (const int late : {0, 1000, 1500}) {
+            writePhoto(passage(late));
+        }
+        for (const int next : {2000, 2999, 0, 1000, 1500}) {
+            QVERIFY2(hasPhoto(passage(next)), qPrintable(QString::number(next)));
+            model.countPhotos();
+            model.freeSpace();
+            QVERIFY2(!hasPhoto(passage(next)), qPrintable(QString::number(next)));
+        }
+        QVERIFY(QDir(photos_).isEmpty());
+        model.freeSpace();
+    }
+
+    // What lies in the folder without being a photo of the table stays, and does not stop the
+    // others from being found.
+    void leavesWhatIsOfNoRow()
+    {
+        Settings::instance()->SetMinReservedFreeSpace(1000000);
+        write({passage(0), passage(1)});
+        Scan other = passage(1);
+        other.setNumber(QStringLiteral("X999XX99"));
+        for (const Scan &scan : {passage(1), other, passage(7)}) {
+            writePhoto(scan);
+        }
+        writeFile(photos_ + QStringLiteral("/notes.txt"), "x");
+        SmallDiskModel model(name_, nullptr);
+        model.total = 10000000;
+        model.freeSpace();
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(1)));
+        QVERIFY(hasPhoto(other));
+        QVERIFY(hasPhoto(passage(7)));
+        QVERIFY(QFile::exists(photos_ + QStringLiteral("/notes.txt")));
+        // A row more, which makes one of them a photo of the table.
+        QVERIFY(model.append(passage(7)));
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(7)));
+        QVERIFY(hasPhoto(other));
+    }
+
+    // Rows that were removed, and another table, do not leave it at a place of old.
+    void beginsAnewWithOtherRows()
+    {
+        Settings::instance()->SetMinReservedFreeSpace(1000000);
+        write({passage(0), passage(1), passage(2)});
+        writePhoto(passage(2));
+        SmallDiskModel model(name_, nullptr);
+        model.total = 10000000;
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(2)));
+        QVERIFY(model.removeRows(0, 2));
+        QVERIFY(model.append(passage(3)));
+        writePhoto(passage(3));
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(3)));
+        name_ = folder_->filePath(QStringLiteral("other.tpp"));
+        write({passage(4)});
+        writePhoto(passage(4));
+        model.setFileName(name_);
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(4)));
+    }
+
+    // A row that cannot be read names no photo, not even that of an empty record.
+    void deletesNothingUnread()
+    {
+        Settings::instance()->SetMinReservedFreeSpace(1000000);
+        write({passage(0), Scan(), passage(1)});
+        SmallDiskModel model(name_, nullptr);
+        model.total = 10000000;
+        model.freeSpace();
+        for (const Scan &scan : {passage(0), passage(1), Scan()}) {
+            writePhoto(scan);
+        }
+        QVERIFY(Unreadable::make(name_) > 0);
+        QCOMPARE(model.rowCount(), 3);
+        model.freeSpace();
+        for (const Scan &scan : {passage(0), passage(1), Scan()}) {
+            QVERIFY(hasPhoto(scan));
+        }
+        model.setFileName(name_);
+        model.freeSpace();
+        QVERIFY(QDir(photos_).isEmpty());
+    }
+
+    void honoursReserveOfAnySize()
+    {
+        const qint64 reserve = Q_INT64_C(5) << 30;
+        Settings::instance()->SetMinReservedFreeSpace(reserve);
+        write({passage(0), passage(1)});
+        writePhoto(passage(0));
+        writePhoto(passage(1));
+        SmallDiskModel model(name_, nullptr);
+        model.photos = photos_;
+        model.bytesPerPhoto = 100000;
+        model.countPhotos();
+        model.total = reserve; // cannot hold it
+        model.freeSpace();
+        QVERIFY(hasPhoto(passage(0)));
+        model.total = 2 * reserve;
+        model.free = reserve - 1;
+        model.freeSpace();
+        QVERIFY(!hasPhoto(passage(0)));
+        QVERIFY(hasPhoto(passage(1)));
     }
 
 private:
@@ -189,8 +314,16 @@ private:
         }
         writeFile(name_, bytes);
     }
+    QString photoOf(const Scan &scan) const
+    {
+        return photos_ + QLatin1Char('/') + VaskSettings::picFileName(scan);
+    }
+    void writePhoto(const Scan &scan) { writeFile(photoOf(scan), "photo"); }
+    bool hasPhoto(const Scan &scan) const { return QFile::exists(photoOf(scan)); }
+
     std::unique_ptr<QTemporaryDir> folder_;
     QString name_;
+    QString photos_; // the common folder
 };
 
 STALLO_TEST_MAIN(TestScanModelSpace)

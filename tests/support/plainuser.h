@@ -22,6 +22,8 @@ public:
     PlainUser(const PlainUser &) = delete;
     PlainUser &operator=(const PlainUser &) = delete;
 
+    // Who it becomes.
+    static uid_t user() { return somebody; }
     // False where root cannot give them up.
     static bool isOne() { return geteuid() != 0; }
 
