@@ -126,12 +126,13 @@ void MainWindow::createPageButtons()
 
 void MainWindow::createShortcuts()
 {
-    const auto shortcut = [this](int key, void (MainWindow::*slot)()) {
-        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this, slot);
+    const auto shortcut = [this](Qt::Key key, void (MainWindow::*slot)()) {
+        const QKeySequence keys(static_cast<int>(Qt::ALT) + key);
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, slot);
     };
-    shortcut(Qt::ALT + Qt::Key_1, &MainWindow::showArchive);
-    shortcut(Qt::ALT + Qt::Key_2, &MainWindow::showSuffered);
-    shortcut(Qt::ALT + Qt::Key_3, &MainWindow::showOnLine);
+    shortcut(Qt::Key_1, &MainWindow::showArchive);
+    shortcut(Qt::Key_2, &MainWindow::showSuffered);
+    shortcut(Qt::Key_3, &MainWindow::showOnLine);
 }
 
 void MainWindow::showPage(QWidget *page, QAbstractButton *button)

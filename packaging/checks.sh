@@ -89,7 +89,7 @@ check_format() {
 # Headers of the tree are looked at with the sources that include them, generated ones are not.
 tidy() {
     echo "$units" | xargs -n 4 -P "$(nproc)" clang-tidy -p $build --quiet --warnings-as-errors='*' \
-        --header-filter="^$PWD/(app|bench|net|netsetup|pages|records|simulator|style|tests)/"
+        --header-filter="^$PWD/(app|bench|fuzz|net|netsetup|pages|records|simulator|style|tests)/"
 }
 
 check_tidy() {

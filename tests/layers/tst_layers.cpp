@@ -55,7 +55,7 @@ void TestLayers::everyFolderIsChecked()
     QStringList unchecked;
     for (const QString &folder : SourceTree::foldersWithSources(root())) {
         if (!folders.contains(folder) && folder != QLatin1String("tests") &&
-            folder != QLatin1String("bench")) {
+            folder != QLatin1String("bench") && folder != QLatin1String("fuzz")) {
             unchecked.append(folder);
         }
     }

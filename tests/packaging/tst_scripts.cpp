@@ -67,9 +67,9 @@ void TestScripts::parses_data()
         }
     }
     // Of every kind and at every depth.
-    for (const char *path :
-         {"run.sh", "test.sh", ".ci/run", "debian/tests/passage", "docs/makepictures.sh",
-          "packaging/prepare.sh", "tests/records/makelocales.sh", "tests/support/withdisplay.sh"}) {
+    for (const char *path : {"run.sh", "test.sh", ".ci/run", "debian/tests/passage",
+                             "docs/makepictures.sh", "fuzz/run.sh", "packaging/prepare.sh",
+                             "tests/records/makelocales.sh", "tests/support/withdisplay.sh"}) {
         QVERIFY2(found.contains(QLatin1String(path)), path);
     }
 }
