@@ -29,14 +29,19 @@ void translateSome()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const bool here = QDir::setCurrent(FuzzTarget::scratch(QString()));
-    FuzzTarget::require(here, "the scratch folder can be entered");
+    // Back afterwards: libFuzzer reads its folders step by step.
+    const QString before = QDir::currentPath();
+    FuzzTarget::require(QDir::setCurrent(FuzzTarget::scratch(QString())),
+                        "the scratch folder can be entered");
     const QString name = QStringLiteral("vaskparking_");
     FuzzTarget::write(name + QLocale::system().name() + QStringLiteral(".qm"),
                       FuzzTarget::bytes(data, size));
-    const Catalogue catalogue(name);
-    VaskSettings::init(); // takes letter sets and patterns from it
-    VaskSettings::translateFromLocal(QStringLiteral("a123bc77"));
-    translateSome();
+    {
+        const Catalogue catalogue(name);
+        VaskSettings::init(); // takes letter sets and patterns from it
+        VaskSettings::translateFromLocal(QStringLiteral("a123bc77"));
+        translateSome();
+    }
+    FuzzTarget::require(QDir::setCurrent(before), "the folder of before can be entered");
     return 0;
 }

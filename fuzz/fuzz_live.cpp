@@ -28,8 +28,9 @@ constexpr qint64 longest = 20000;
 QString photoFolder()
 {
     const Settings *settings = Settings::instance();
-    return settings->absolute(settings->onLineTempDirectory()) + QLatin1Char('/') +
-           VaskSettings::picFileDir();
+    return QFileInfo(settings->absolute(settings->onLineTempDirectory()) + QLatin1Char('/') +
+                     VaskSettings::picFileDir())
+        .canonicalFilePath();
 }
 
 class Page : public QObject
@@ -46,8 +47,9 @@ protected:
             const auto *passage = static_cast<OnLineEvent *>(event);
             if (!passage->repost()) {
                 passages.push_back(passage->onLine());
-                FuzzTarget::require(QFileInfo(passage->fileName()).absolutePath() == photoFolder(),
-                                    "a photo lies in the folder of photos");
+                const QFileInfo photo(passage->fileName());
+                FuzzTarget::require(!photo.exists() || photo.canonicalPath() == photoFolder(),
+                                    "a photo lies in the folder of photos, or nowhere");
             }
         }
     }

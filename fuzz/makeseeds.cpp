@@ -150,7 +150,7 @@ void savePhotos()
         save(target, QStringLiteral("greyprogressive"), jpeg(grey, 60, true));
         save(target, QStringLiteral("cut"), PhotoPainter::cut(jpeg(small, 60, false), 70));
         save(target, QStringLiteral("giant"), PhotoPainter::giant());
-        save(target, QStringLiteral("nopicture"), PhotoPainter::notAPicture());
+        save(target, QStringLiteral("nopicture"), PhotoPainter::notAPicture().left(200));
     }
     // The beginning of one as a device sends it.
     save(QStringLiteral("photoheader"), QStringLiteral("device"), whole.left(1024));
@@ -168,6 +168,8 @@ void saveTransfers()
     save(get, QStringLiteral("blocks"), exchange(100, 0, "File size=2048\r\n" + blocks));
     save(get, QStringLiteral("short"), exchange(0, 0, "File size=2049\r\n" + blocks));
     save(get, QStringLiteral("blockmissing"), exchange(0, 0, "File size=3072\r\n" + blocks));
+    save(get, QStringLiteral("memory"), exchange(0, 0x80, "File size=5\r\nphoto"));
+    save(get, QStringLiteral("toolarge"), exchange(0, 0x80, "File size=2048\r\n" + blocks));
     save(get, QStringLiteral("refusal"), exchange(0, 0, "Error=No such file\r\n"));
     save(get, QStringLiteral("silent"), exchange(0, 2, "File size=5\r\npho"));
     save(get, QStringLiteral("reset"), exchange(3, 1, "File size=5\r\npho"));
