@@ -68,7 +68,7 @@ bool DeviceJournal::readOn(QVector<SentPassage> *sent, QString *error)
         bool isNumber = false;
         SentPassage passage;
         passage.msec = words.first().toLongLong(&isNumber);
-        const QByteArray data = words.last();
+        const QByteArray &data = words.last();
         passage.passage = passageOf(QByteArray::fromHex(data.mid(2)));
         if (!isNumber || !data.startsWith("0x") || passage.passage.isEmpty()) {
             *error = QStringLiteral("not a line of a journal: ") + QString::fromLatin1(line);

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cstring>
@@ -36,6 +37,13 @@ void overwrite(const QString &name, const QByteArray &content)
     if (file.open(QIODevice::WriteOnly)) {
         file.write(content);
     }
+}
+
+// A recovered table has its photos in a folder of its own name, as a dump has.
+QString photoFolder(const QString &folder)
+{
+    const QString ofDump = folder + QStringLiteral("/tmponline.jpegdata/");
+    return QFileInfo::exists(ofDump) ? ofDump : folder + QStringLiteral("/jpegdata/");
 }
 
 QString photoName(const QByteArray &passage)
@@ -125,7 +133,7 @@ LiveTable::Photos LiveTable::comparePhotos(const std::vector<SoakDevice *> &devi
                 continue;
             }
             const QString name = photoName(row);
-            const QByteArray photo = contentOf(folder_ + QStringLiteral("/jpegdata/") + name);
+            const QByteArray photo = contentOf(photoFolder(folder_) + name);
             if (photo == devices[place]->photo(name)) {
                 ++photos.equal;
             } else if (isOfAnother(photo, name, devices)) {

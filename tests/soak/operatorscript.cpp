@@ -66,6 +66,13 @@ QByteArray OperatorScript::list() const
     return panel_->content(listFile);
 }
 
+QString OperatorScript::doing() const
+{
+    static const char *const words[] = {"nothing", "connect", "archive", "fetch", "send",
+                                        "edit",    "add",     "delete",  "look"};
+    return QLatin1String(words[static_cast<int>(action_)]);
+}
+
 void OperatorScript::wrong(const QString &what)
 {
     ++results_.wrong;
@@ -207,8 +214,7 @@ void OperatorScript::checkArchive()
     }
     for (int row = 0; row < rows; ++row) {
         Scan scan;
-        std::memcpy(scan.data(), archive.constData() + row * static_cast<int>(Scan::size),
-                    Scan::size);
+        std::memcpy(scan.data(), archive.constData() + qint64(row) * Scan::size, Scan::size);
         const QString name = VaskSettings::picFileName(scan);
         if (panel_->content(QStringLiteral("ArchiveTemp/tmppassbase.jpegdata/") + name) !=
             device().photo(name)) {
@@ -232,9 +238,9 @@ void OperatorScript::checkList()
 {
     const QByteArray now = list();
     if (!isListAsExpected(now)) {
-        wrong(QStringLiteral("the list is not as it was left, after action %1: %2 entries before, "
+        wrong(QStringLiteral("the list is not as it was left, after %1: %2 entries before, "
                              "%3 now")
-                  .arg(static_cast<int>(action_))
+                  .arg(doing())
                   .arg(list_.size() / entrySize)
                   .arg(now.size() / entrySize));
     }

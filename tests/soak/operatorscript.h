@@ -44,6 +44,8 @@ public:
     void panelKilled();
 
     const Results &results() const { return results_; }
+    // The action that is under way, as a word.
+    QString doing() const;
 
 private:
     enum class Action { None, Connect, Archive, Fetch, Send, Edit, Add, Delete, Look };

@@ -116,7 +116,10 @@ void PanelProcess::take(const QString &line)
     const QString word = line.section(QLatin1Char(' '), 0, 0);
     const QString rest = line.section(QLatin1Char(' '), 1);
     if (word == QLatin1String("ping")) {
-        longestPing_ = std::max(longestPing_, rest.toInt());
+        longestPing_.wait =
+            std::max(longestPing_.wait, rest.section(QLatin1Char(' '), 0, 0).toInt());
+        longestPing_.late =
+            std::max(longestPing_.late, rest.section(QLatin1Char(' '), 1, 1).toInt());
     } else if (word == QLatin1String("box")) {
         boxes_.append(rest);
     } else if (word == QLatin1String("ok")) {
@@ -137,9 +140,9 @@ QStringList PanelProcess::takeBoxes()
     return std::exchange(boxes_, QStringList());
 }
 
-int PanelProcess::takeLongestPing()
+PanelProcess::Ping PanelProcess::takeLongestPing()
 {
-    return std::exchange(longestPing_, 0);
+    return std::exchange(longestPing_, Ping());
 }
 
 QString PanelProcess::path(const QString &name) const

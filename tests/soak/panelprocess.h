@@ -35,8 +35,13 @@ public:
     QString takeFailure();
     // Messages that the panel showed.
     QStringList takeBoxes();
-    // The longest wait of the GUI thread since it was asked last, in ms.
-    int takeLongestPing();
+    // The longest wait of the GUI thread since it was asked last, in ms, and by how much a thread
+    // that does nothing was woken too late.
+    struct Ping {
+        int wait = 0;
+        int late = 0;
+    };
+    Ping takeLongestPing();
 
     // A file below the panel's working directory.
     QString path(const QString &name) const;
@@ -53,5 +58,5 @@ private:
     bool pending_ = false;
     QString failure_;
     QStringList boxes_;
-    int longestPing_ = 0;
+    Ping longestPing_;
 };

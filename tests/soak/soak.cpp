@@ -17,6 +17,7 @@ constexpr int lookMsec = 1000;
 constexpr int minuteMsec = 60000;
 // Until a device has noticed that its panel is gone.
 constexpr int settleMsec = 500;
+constexpr int recoveredMsec = 10000;
 constexpr int drainMsec = 60000;
 constexpr int latePhotosMsec = 10000;
 
@@ -29,6 +30,23 @@ void print(const QString &line)
 const QString liveFolder = QStringLiteral("OnLineTemp");
 
 } // namespace
+
+void Soak::Wait::add(const Wait &other)
+{
+    if (other.ping.wait > ping.wait) {
+        ping.wait = other.ping.wait;
+        doing = other.doing;
+    }
+    ping.late = qMax(ping.late, other.ping.late);
+}
+
+QString Soak::Wait::text() const
+{
+    return QStringLiteral("%1 ms at \"%2\", an idle thread late by %3 ms")
+        .arg(ping.wait)
+        .arg(doing)
+        .arg(ping.late);
+}
 
 Soak::Soak(const SoakOptions &options, const QString &folder)
     : options_(options)
@@ -123,7 +141,7 @@ void Soak::live()
 {
     panel_->pump(pumpMsec);
     operator_->tick();
-    longestPingOfMinute_ = qMax(longestPingOfMinute_, panel_->takeLongestPing());
+    longestWaitOfMinute_.add({panel_->takeLongestPing(), operator_->doing()});
     const QStringList boxes = panel_->takeBoxes();
     for (const QString &box : boxes) {
         ++boxes_;
@@ -147,15 +165,15 @@ void Soak::look()
 void Soak::minute()
 {
     ++minutes_;
-    longestPing_ = qMax(longestPing_, longestPingOfMinute_);
-    print(QStringLiteral("minute %1: %2, longest wait %3 ms, rows %4, up %5 s; %6")
+    longestWait_.add(longestWaitOfMinute_);
+    print(QStringLiteral("minute %1: %2, longest wait %3, rows %4, up %5 s; %6")
               .arg(minutes_)
               .arg(ofMinute_.text())
-              .arg(longestPingOfMinute_)
+              .arg(longestWaitOfMinute_.text())
               .arg(LiveTable(panel_->path(liveFolder)).rows())
               .arg((clock_.elapsed() - lifeStarted_) / 1000)
               .arg(operator_->results().text()));
-    longestPingOfMinute_ = 0;
+    longestWaitOfMinute_ = Wait();
     ofMinute_ = ProcessProbe();
 }
 
@@ -177,20 +195,20 @@ void Soak::drain()
             unchanged.start();
         }
     }
-    longestPing_ = qMax(longestPing_, longestPingOfMinute_);
+    longestWait_.add(longestWaitOfMinute_);
 }
 
 bool Soak::compareLife(bool killed, QString *error)
 {
-    std::vector<qint64> end;
+    sent_.clear();
+    end_.clear();
     for (const SoakDevice *device : devices_) {
-        end.push_back(device->now());
+        end_.push_back(device->now());
     }
     QThread::msleep(settleMsec);
-    std::vector<QVector<SentPassage>> sent;
     for (SoakDevice *device : devices_) {
-        sent.emplace_back();
-        if (!device->readOn(&sent.back(), error)) {
+        sent_.emplace_back();
+        if (!device->readOn(&sent_.back(), error)) {
             return false;
         }
     }
@@ -202,8 +220,8 @@ bool Soak::compareLife(bool killed, QString *error)
     const LiveTable table(folder);
     // Behind an orderly end nothing is excused.
     const ComparisonCounts counts =
-        table.compare(devices_, sent, end, killed ? options_.grace : -settleMsec);
-    const LiveTable::Photos photos = table.comparePhotos(devices_, sent, end);
+        table.compare(devices_, sent_, end_, killed ? options_.grace : -settleMsec);
+    const LiveTable::Photos photos = table.comparePhotos(devices_, sent_, end_);
     print(QStringLiteral("%1 after %2 s: %3; photos %4; %5")
               .arg(killed ? QStringLiteral("killed") : QStringLiteral("ended"))
               .arg((clock_.elapsed() - lifeStarted_) / 1000)
@@ -213,31 +231,41 @@ bool Soak::compareLife(bool killed, QString *error)
     }
     counts_.add(counts);
     photos_.add(photos);
+    photosStored_ = photos.equal;
     return true;
 }
 
-// What the killed panel had on its table must have been put aside by the next one.
+// What the killed panel had on its table, and the photos with it, must have been put aside by the
+// next one.
 void Soak::lookForRecovered(const LiveTable &before)
 {
     if (before.isEmpty()) {
         return;
     }
+    int photos = -1;
     QElapsedTimer waited;
     waited.start();
-    while (waited.elapsed() < settleMsec * 20 && panel_->isRunning()) {
+    while (waited.elapsed() < recoveredMsec && panel_->isRunning()) {
         live();
         QDirIterator files(panel_->path(QStringLiteral("Recovered")),
                            {QStringLiteral("tmponline.tpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
-            if (LiveTable(QFileInfo(files.next()).absolutePath()).isSame(before)) {
-                ++recovered_;
-                return;
+            const LiveTable found(QFileInfo(files.next()).absolutePath());
+            if (found.isSame(before)) {
+                photos = found.comparePhotos(devices_, sent_, end_).equal;
             }
+        }
+        if (photos == photosStored_) {
+            ++recovered_;
+            return;
         }
     }
     ++notRecovered_;
-    print(QStringLiteral("the table of the killed panel is not under \"Recovered\""));
+    print(photos < 0 ? QStringLiteral("the table of the killed panel is not under \"Recovered\"")
+                     : QStringLiteral("of %1 photos of the killed panel's table %2 are there")
+                           .arg(photosStored_)
+                           .arg(photos));
 }
 
 bool Soak::isGood() const
@@ -255,13 +283,13 @@ void Soak::summary() const
         print(QStringLiteral("    ") + problem);
     }
     print(QStringLiteral("panel: %1 lives, %2 kills, tables recovered %3, not recovered %4, "
-                         "messages %5, longest wait of the window %6 ms, orderly end in %7 ms")
+                         "messages %5, longest wait of the window %6, orderly end in %7 ms")
               .arg(lives_)
               .arg(killsDone_)
               .arg(recovered_)
               .arg(notRecovered_)
               .arg(boxes_)
-              .arg(longestPing_)
+              .arg(longestWait_.text())
               .arg(endMsec_));
     print(isGood() ? QStringLiteral("good") : QStringLiteral("NOT GOOD"));
 }

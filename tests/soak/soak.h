@@ -60,12 +60,23 @@ private:
     int recovered_ = 0;
     int notRecovered_ = 0;
     int endMsec_ = -1;
-    int longestPing_ = 0;
-    int longestPingOfMinute_ = 0;
+    struct Wait {
+        PanelProcess::Ping ping;
+        QString doing; // when the longest one came
+
+        void add(const Wait &other);
+        QString text() const;
+    };
+    Wait longestWait_;
+    Wait longestWaitOfMinute_;
     int boxes_ = 0;
     bool tampered_ = false;
     ProcessProbe ofMinute_;
     ProcessProbe ofLife_;
     ComparisonCounts counts_;
     LiveTable::Photos photos_;
+    // Of the last life.
+    std::vector<QVector<SentPassage>> sent_;
+    std::vector<qint64> end_;
+    int photosStored_ = 0;
 };

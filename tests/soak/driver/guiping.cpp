@@ -46,8 +46,10 @@ bool GuiPing::event(QEvent *event)
 void GuiPing::run()
 {
     qint64 longest = 0;
+    qint64 latest = 0;
     QElapsedTimer sinceReport;
     QElapsedTimer wait;
+    QElapsedTimer sleep;
     sinceReport.start();
     while (!stop_) {
         if (answered_) {
@@ -56,15 +58,19 @@ void GuiPing::run()
             wait.start();
             QCoreApplication::postEvent(this, new QEvent(pingEvent));
         }
+        sleep.start();
         sleepMsec(1);
+        latest = std::max(latest, sleep.elapsed() - 1);
         longest = std::max(longest, wait.elapsed());
         if (sinceReport.elapsed() >= reportMsec) {
             // One write, so that another thread's lines do not get into it.
-            const QByteArray line = "ping " + QByteArray::number(longest) + '\n';
+            const QByteArray line =
+                "ping " + QByteArray::number(longest) + ' ' + QByteArray::number(latest) + '\n';
             [[maybe_unused]] const ssize_t written =
                 write(STDOUT_FILENO, line.constData(), static_cast<size_t>(line.size()));
             sinceReport.start();
             longest = 0;
+            latest = 0;
         }
     }
 }

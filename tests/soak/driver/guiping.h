@@ -8,8 +8,9 @@
 
 // How long the panel's GUI thread makes an event wait. A thread of its own posts one to it every
 // 10 ms, waits until it was delivered, and writes the longest wait of each second to standard
-// output, "ping MSEC"; a wait that goes on counts with what it has taken so far, so a window that
-// is frozen says so.
+// output, "ping MSEC LATE"; a wait that goes on counts with what it has taken so far, so a window
+// that is frozen says so. LATE is by how much this thread, which does nothing, was itself woken too
+// late: so much of a wait may be the machine's.
 //
 // Lives in the GUI thread. Its end stops the thread.
 class GuiPing : public QObject

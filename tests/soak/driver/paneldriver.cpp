@@ -130,7 +130,7 @@ void PanelDriver::say(const QString &line)
 
 void PanelDriver::execute(const QStringList &words)
 {
-    const QString command = words.first();
+    const QString &command = words.first();
     if (command == QLatin1String("online")) {
         showPage(onLinePage);
         address_ = words.value(2);
@@ -151,7 +151,7 @@ void PanelDriver::execute(const QStringList &words)
 
 void PanelDriver::executeOnList(const QStringList &words)
 {
-    const QString command = words.first();
+    const QString &command = words.first();
     const QString table = QStringLiteral("tableViewSuffered");
     if (command == QLatin1String("fetch") || command == QLatin1String("send")) {
         address_ = words.value(1);
