@@ -103,6 +103,7 @@ public:
     const QString &hostName() const { return hostName_; }
     const QString &photo() const { return photo_; }
     int channel() const { return channel_; }
+    const VideoFrameToken &token() const { return token_; }
 
 private:
     QString hostName_;

@@ -7,7 +7,6 @@
 #include "pages/proportionalsclalewidget.h"
 
 #include <QAbstractButton>
-#include <QImageReader>
 #include <QVBoxLayout>
 
 OnlineChannel::OnlineChannel(int number, QWidget *page, QWidget *place,
@@ -90,10 +89,8 @@ void OnlineChannel::showFrame(const VideoEvent &event)
     if (!isAssigned() || event.photo().isEmpty() || event.hostName() != video_->hostName()) {
         return;
     }
-    const QPixmap frame = ProportionalSclaleWidget::loadPhoto(event.photo());
-    if (!frame.isNull()) {
-        view_->setPixmap(frame);
-    }
+    // The file is this frame's as long as the token is held.
+    view_->replacePhoto(event.photo(), std::make_shared<VideoFrameToken>(event.token()));
 }
 
 void OnlineChannel::startAgain(QThread &client)

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "pages/proportionalsclalewidget.h"
 
+#include "pages/photodecoder.h"
+
 #include <QApplication>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QFontMetricsF>
-#include <QImageReader>
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QPainter>
@@ -17,7 +18,6 @@
 namespace
 {
 
-constexpr qint64 mostPixels = 64'000'000;
 constexpr qreal smallestPoints = 12;
 
 QFont boldAtLeastSmallest(QFont font)
@@ -43,44 +43,83 @@ void shadeEdge(QPainter &painter, const QPointF &from, const QPointF &to, const 
 } // namespace
 
 ProportionalSclaleWidget::ProportionalSclaleWidget(QWidget *parent)
-    : QWidget(parent)
+    : ProportionalSclaleWidget(QString(), parent)
 {
 }
 
 ProportionalSclaleWidget::ProportionalSclaleWidget(const QString &emptyText, QWidget *parent)
     : QWidget(parent)
+    , decoder_(PhotoDecoder::shared())
     , emptyText_(emptyText)
 {
     changed();
 }
 
-QPixmap ProportionalSclaleWidget::loadPhoto(const QString &fileName)
+ProportionalSclaleWidget::~ProportionalSclaleWidget()
 {
-    QImageReader reader(fileName);
-    // A device's file may have any name, and cameras mount upside down: the picture is shown as it
-    // was stored. What a device sends is no occasion to try every decoder that is installed.
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(false);
-    if (reader.format() != "jpeg") {
-        return QPixmap();
-    }
-    const QSize size = reader.size();
-    if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels) {
-        return QPixmap();
-    }
-    return QPixmap::fromImage(reader.read());
+    decoder_->drop(this);
 }
 
 void ProportionalSclaleWidget::setPixmap(const QString &fileName)
 {
-    setPixmap(loadPhoto(fileName));
+    if (fileName != fileName_ || fileName.isEmpty()) {
+        forgetPhoto();
+        isBlank_ = true;
+    }
+    fileName_ = fileName;
+    ask(fileName, false, {});
+    changed();
 }
 
 void ProportionalSclaleWidget::setPixmap(const QPixmap &pixmap)
 {
+    decoder_->drop(this);
+    isLoading_ = false;
+    forgetPhoto();
+    photoSize_ = pixmap.size();
     pixmap_ = pixmap;
-    scaled_ = QPixmap();
     changed();
+}
+
+void ProportionalSclaleWidget::replacePhoto(const QString &fileName,
+                                            const std::shared_ptr<const void> &untilRead)
+{
+    ask(fileName, true, untilRead);
+}
+
+void ProportionalSclaleWidget::ask(const QString &fileName, bool followsOlder,
+                                   const std::shared_ptr<const void> &untilRead)
+{
+    isLoading_ = true;
+    place_ = place();
+    const bool keeps = followsOlder || fileName.isEmpty();
+    const quint64 number = ++asked_;
+    decoder_->request(this, {fileName, bytes_, place_, untilRead, followsOlder},
+                      [this, number, keeps](const DecodedPhoto &photo) {
+                          if (number == asked_) {
+                              isLoading_ = false;
+                              isBlank_ = false;
+                          }
+                          if (!photo.isNull() || !keeps) {
+                              setPhoto(photo);
+                          }
+                          changed();
+                      });
+}
+
+void ProportionalSclaleWidget::forgetPhoto()
+{
+    fileName_.clear();
+    isBlank_ = false;
+    setPhoto(DecodedPhoto());
+}
+
+void ProportionalSclaleWidget::setPhoto(const DecodedPhoto &photo)
+{
+    bytes_ = photo.bytes;
+    photoSize_ = photo.size;
+    pixmap_ = QPixmap::fromImage(photo.photo);
+    scaled_ = QPixmap::fromImage(photo.shown);
 }
 
 void ProportionalSclaleWidget::setEmptyText(const QString &emptyText)
@@ -121,6 +160,16 @@ QPixmap ProportionalSclaleWidget::pixmap() const
     return pixmap_;
 }
 
+QSize ProportionalSclaleWidget::photoSize() const
+{
+    return photoSize_;
+}
+
+bool ProportionalSclaleWidget::isLoading() const
+{
+    return isLoading_;
+}
+
 QStringList ProportionalSclaleWidget::lines() const
 {
     return lines_;
@@ -150,6 +199,8 @@ void ProportionalSclaleWidget::paintEvent(QPaintEvent *event)
     if (!pixmap_.isNull()) {
         area = photoRect();
         drawPhoto(painter, area);
+    } else if (isBlank_) {
+        area = frame_;
     } else if (!emptyText_.isEmpty()) {
         area = frame_;
         drawPlaceholder(painter);
@@ -160,9 +211,14 @@ void ProportionalSclaleWidget::paintEvent(QPaintEvent *event)
     event->accept();
 }
 
+DecodedPhoto::Place ProportionalSclaleWidget::place() const
+{
+    return {size(), devicePixelRatioF()};
+}
+
 QRect ProportionalSclaleWidget::photoRect() const
 {
-    QRect target(QPoint(0, 0), pixmap_.size().scaled(size(), Qt::KeepAspectRatio));
+    QRect target(QPoint(0, 0), place().fitted(photoSize_));
     target.moveCenter(rect().center());
     return target;
 }
@@ -195,7 +251,7 @@ void ProportionalSclaleWidget::fitFont()
 void ProportionalSclaleWidget::changed()
 {
     const QString name = pixmap_.isNull() ? emptyText_ : tr("Photo");
-    if (accessibleName() != name) {
+    if (accessibleName() != name && !isBlank_) {
         setAccessibleName(name);
     }
     const QString description = lines_.join(QLatin1Char('\n'));
@@ -212,12 +268,20 @@ void ProportionalSclaleWidget::drawPhoto(QPainter &painter, const QRect &target)
     if (pixels.isEmpty()) {
         return;
     }
-    // Smooth scaling costs more than all the rest of a painting.
-    if (scaled_.size() != pixels) {
-        scaled_ = pixmap_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (scaled_.size() == pixels) {
+        painter.drawPixmap(QRectF(target), scaled_, QRectF(scaled_.rect()));
+        return;
     }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(QRectF(target), scaled_, QRectF(scaled_.rect()));
+    if (bytes_.isEmpty()) {
+        // Smooth scaling costs more than all the rest of a painting.
+        scaled_ = pixmap_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        drawPhoto(painter, target);
+        return;
+    }
+    painter.drawPixmap(QRectF(target), pixmap_, QRectF(pixmap_.rect()));
+    if (!isLoading_ && !(place_ == place())) {
+        ask(QString(), false, {});
+    }
 }
 
 void ProportionalSclaleWidget::drawPlaceholder(QPainter &painter) const

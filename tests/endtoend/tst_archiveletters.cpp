@@ -165,7 +165,7 @@ void TestArchiveLetters::findsPhotos()
     QCOMPARE(namesIn(local(Page::photoFolder())), asked);
     for (int row = 0; row < rows; ++row) {
         page_->clickRow(row);
-        QCOMPARE(page_->photo()->pixmap().size(), QSize(32, 24));
+        QTRY_COMPARE(page_->photo()->photoSize(), QSize(32, 24));
         QVERIFY(page_->find<QPushButton>("buttonSavePhoto")->isEnabled());
     }
     page_->answers().expect(ModalAnswers::savingAs(named("Снимок")));
@@ -224,7 +224,7 @@ void TestArchiveLetters::comesBackFromDump()
     QCOMPARE(numbers(), shown);
     QCOMPARE(page_->cell(0, ScanModel::DeviceColumn), deviceId());
     page_->clickRow(rows - 1);
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(32, 24));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(32, 24));
     QCOMPARE(Page::content(named("Дамп.tpp")), archive());
 }
 

@@ -161,7 +161,7 @@ void TestOnlineLetters::findsPhotoByTheDevicesName()
     }));
     QCOMPARE(namesIn(local(Page::folder()) + "/jpegdata"),
              QList<QByteArray>{pictureName().arg(fitted(wholeNumber)).toLatin1()});
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(32, 24));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(32, 24));
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
     page_->answers().expect(ModalAnswers::savingAs(named("Снимок")));
     page_->press("buttonSavePhoto");

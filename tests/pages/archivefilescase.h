@@ -230,7 +230,12 @@ protected:
         return all;
     }
     // How wide the photo on view is, 0 for none.
-    int shownPhoto() const { return page_->photo()->pixmap().width(); }
+    int shownPhoto() const
+    {
+        const ProportionalSclaleWidget *view = page_->photo();
+        return QTest::qWaitFor([view] { return !view->isLoading(); }) ? view->photoSize().width()
+                                                                      : -1;
+    }
     bool canSavePhoto() const { return page_->find<QPushButton>("buttonSavePhoto")->isEnabled(); }
     void expectNothingShown() const
     {

@@ -240,7 +240,7 @@ void TestOnLineWidgetDevices::showsPassagesOfBothDevices()
     }
     QCOMPARE(Page::tableBytes(), Page::tableOf(sent));
     QCOMPARE(Page::indexBytes(), Page::indexOf(gates));
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(32, 24));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(32, 24));
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
 }
 
@@ -268,11 +268,12 @@ void TestOnLineWidgetDevices::showsLatePicture()
     device().faults().add(Fault::answer("Error=Can't open file").on(late.fileName()));
     device().push(late);
     QTRY_COMPARE(page_->rows(), 1);
+    QTRY_VERIFY(!page_->photo()->isLoading());
     QVERIFY(page_->photo()->pixmap().isNull());
     QVERIFY(!page_->button("buttonSavePhoto")->isEnabled());
     device().faults().clear();
     QTRY_VERIFY_WITH_TIMEOUT(page_->button("buttonSavePhoto")->isEnabled(), patience);
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(32, 24));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(32, 24));
     QCOMPARE(page_->rows(), 1);
 }
 

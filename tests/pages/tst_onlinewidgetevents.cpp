@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings.h"
+#include "net/events.h"
 #include "pages/proportionalsclalewidget.h"
 #include "records/scanmodel.h"
 #include "simulator/livefeed.h"
+#include "tests/pages/photogate.h"
 #include "tests/support/onlinepage.h"
 #include "tests/support/testmain.h"
 
@@ -66,6 +68,7 @@ private Q_SLOTS:
     void followsPipe();
     void keepsSlotAfterLoss();
     void showsFrames();
+    void holdsTokenUntilFrameIsRead();
     void ignoresFrame_data();
     void ignoresFrame();
     void ignoresOtherEvents();
@@ -180,11 +183,13 @@ void TestOnLineWidgetEvents::showsRowByMouse()
     QTest::keyClick(page_->table(), Qt::Key_Down);
     QCOMPARE(page_->currentRow(), 1);
     QCOMPARE(page_->photo()->lines().first(), QStringLiteral("Number: A001BC77"));
+    QTRY_VERIFY(!page_->photo()->isLoading());
     // Activation shows a row again, and with it a photo that came meanwhile.
     Page::write(Page::pictureFile(Page::record(1)), Page::jpeg(40, 30));
+    QTRY_VERIFY(!page_->photo()->isLoading());
     QVERIFY(page_->photo()->pixmap().isNull());
     QTest::keyClick(page_->table(), Qt::Key_Return);
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(40, 30));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(40, 30));
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
 }
 
@@ -242,7 +247,7 @@ void TestOnLineWidgetEvents::keepsPhotoButtonWithoutRow()
     Page::write(Page::pictureFile(record), Page::jpeg(40, 30));
     tell(record);
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(40, 30));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(40, 30));
     page_->page().showRecord(QModelIndex());
     QCOMPARE(page_->currentRow(), -1);
     QVERIFY(page_->photo()->pixmap().isNull());
@@ -259,10 +264,11 @@ void TestOnLineWidgetEvents::showsLatePictureOfCurrentRow()
 {
     const OnLine record = Page::record(1);
     tell(record);
+    QTRY_VERIFY(!page_->photo()->isLoading());
     QVERIFY(page_->photo()->pixmap().isNull());
     Page::write(Page::pictureFile(record), Page::jpeg(40, 30));
     page_->tellPassage(record, host_, QStringLiteral("other"), true);
-    QCOMPARE(page_->photo()->pixmap().size(), QSize(40, 30));
+    QTRY_COMPARE(page_->photo()->photoSize(), QSize(40, 30));
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
     QCOMPARE(page_->rows(), 1);
     QCOMPARE(Page::tableBytes(), Page::tableOf(Page::list(record)));
@@ -294,9 +300,11 @@ void TestOnLineWidgetEvents::showsLatePicture()
         tell(Page::record(second));
     }
     page_->clickRow(current);
+    QTRY_VERIFY(!page_->photo()->isLoading());
     // The picture of the row on view: whether it appears tells whether the row was shown again.
     Page::write(Page::pictureFile(Page::record(rows.at(current))), Page::jpeg(40, 30));
     page_->tellPassage(Page::record(late), host_, QString(), true);
+    QTRY_VERIFY(!page_->photo()->isLoading());
     QCOMPARE(!page_->photo()->pixmap().isNull(), shown);
     QCOMPARE(page_->currentRow(), current);
     QCOMPARE(page_->rows(), rows.size());
@@ -376,19 +384,43 @@ void TestOnLineWidgetEvents::showsFrames()
     const QString file = Settings::instance()->videoTempFile(0);
     Page::write(file, Page::jpeg(64, 48));
     page_->tellFrame(host_, file, 0);
-    QCOMPARE(page_->camera(0)->pixmap().size(), QSize(64, 48));
+    QTRY_VERIFY(!page_->camera(0)->isLoading());
+    QCOMPARE(page_->camera(0)->photoSize(), QSize(64, 48));
     QCOMPARE(page_->camera(0)->lines(),
              QStringList(QStringLiteral("Connecting to %1 ...").arg(host_)));
     // No news and an unreadable picture leave the last one.
     page_->tellFrame(host_, QString(), 0);
-    QCOMPARE(page_->camera(0)->pixmap().size(), QSize(64, 48));
+    QTRY_VERIFY(!page_->camera(0)->isLoading());
+    QCOMPARE(page_->camera(0)->photoSize(), QSize(64, 48));
     Page::write(file, Page::jpeg(100, 50).left(20));
     page_->tellFrame(host_, file, 0);
-    QCOMPARE(page_->camera(0)->pixmap().size(), QSize(64, 48));
+    QTRY_VERIFY(!page_->camera(0)->isLoading());
+    QCOMPARE(page_->camera(0)->photoSize(), QSize(64, 48));
     Page::write(file, Page::jpeg(100, 50));
     page_->tellFrame(host_, file, 0);
-    QCOMPARE(page_->camera(0)->pixmap().size(), QSize(100, 50));
+    QTRY_VERIFY(!page_->camera(0)->isLoading());
+    QCOMPARE(page_->camera(0)->photoSize(), QSize(100, 50));
     QVERIFY(page_->camera(1)->pixmap().isNull());
+}
+
+// The next frame may be written only when this one has been read.
+void TestOnLineWidgetEvents::holdsTokenUntilFrameIsRead()
+{
+    const auto isFree = [] { return !VideoFrameToken::take([] { return true; }).isNull(); };
+    const QString file = Settings::instance()->videoTempFile(0);
+    Page::write(file, Page::jpeg(64, 48));
+    PhotoGate gate;
+    const auto tell = [&](const QString &host) {
+        VideoEvent event(host, file, 0, VideoFrameToken::take([] { return false; }));
+        QCoreApplication::sendEvent(&page_->page(), &event);
+    };
+    tell(QStringLiteral("127.0.0.77"));
+    QVERIFY(isFree());
+    tell(host_);
+    QVERIFY(!isFree());
+    gate.open();
+    QTRY_VERIFY(isFree());
+    QTRY_COMPARE(page_->camera(0)->photoSize(), QSize(64, 48));
 }
 
 void TestOnLineWidgetEvents::ignoresFrame_data()
@@ -411,6 +443,8 @@ void TestOnLineWidgetEvents::ignoresFrame()
     const QString file = Settings::instance()->videoTempFile(0);
     Page::write(file, Page::jpeg(64, 48));
     page_->tellFrame(host, file, channel);
+    QVERIFY(!page_->camera(0)->isLoading());
+    QVERIFY(!page_->camera(1)->isLoading());
     QVERIFY(page_->camera(0)->pixmap().isNull());
     QVERIFY(page_->camera(1)->pixmap().isNull());
 }

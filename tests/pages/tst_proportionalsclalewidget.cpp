@@ -385,17 +385,16 @@ void TestProportionalSclaleWidget::secondLine()
 void TestProportionalSclaleWidget::oneListOfLines()
 {
     const QString file = TestSurroundings::home() + QStringLiteral("/photo.jpeg");
-    QVERIFY(::photo(40, 30).save(file, "PNG")); // whatever its name
-    QVERIFY(ProportionalSclaleWidget::loadPhoto(file).isNull());
     QVERIFY(::photo(40, 30).save(file, "JPEG"));
     ProportionalSclaleWidget widget;
     widget.setLayers(file, {QStringLiteral("a"), QStringLiteral("b")});
     QCOMPARE(widget.lines().join(QLatin1Char(' ')), QStringLiteral("a b"));
-    QCOMPARE(widget.pixmap().size(), QSize(40, 30));
+    QTRY_COMPARE(widget.pixmap().size(), QSize(40, 30));
     widget.setStatistics({QStringLiteral("c")});
     QCOMPARE(widget.lines(), QStringList{QStringLiteral("c")});
     QCOMPARE(widget.pixmap().size(), QSize(40, 30));
     widget.setPixmap(QStringLiteral("/no/such/file"));
+    QTRY_VERIFY(!widget.isLoading());
     QVERIFY(widget.pixmap().isNull());
     QCOMPARE(widget.lines(), QStringList{QStringLiteral("c")});
     widget.setLayers(file, {});
