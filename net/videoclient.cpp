@@ -6,10 +6,14 @@
 #include "net/getfile.h"
 #include "net/socketwait.h"
 #include "net/videoframetoken.h"
+#include "records/filewrite.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QMutexLocker>
+
+#include <cstdio>
 
 namespace
 {
@@ -17,6 +21,24 @@ namespace
 constexpr int frameTimeout = 2000;
 constexpr int silentForLong = 4999;
 constexpr int shortestPeriod = 20;
+constexpr qint64 mostFrameBytes = 16 * 1024 * 1024;
+
+// Whole or not at all: written beside and then renamed, for whoever reads the former one meanwhile.
+// Only by the holder of the token.
+bool writeFrame(const QString &name, const QByteArray &frame)
+{
+    const QString beside = name + QStringLiteral(".part");
+    QFile file(beside);
+    const bool written =
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && FileWrite::all(file, frame);
+    file.close();
+    if (written && std::rename(QFile::encodeName(beside).constData(),
+                               QFile::encodeName(name).constData()) == 0) {
+        return true;
+    }
+    QFile::remove(beside);
+    return false;
+}
 
 } // namespace
 
@@ -95,23 +117,24 @@ void VideoClient::run()
     QElapsedTimer thisTry;
     while (!stopRequested()) {
         thisTry.start();
-        VideoFrameToken token = VideoFrameToken::take(calledOff);
         const QString host = hostName();
-        if (token.isNull() || host.isEmpty()) {
+        if (host.isEmpty()) {
             break;
         }
         get.setHost(host);
-        get.setFileName(localPath);
-        if (get(remotePath)) {
-            if (stopRequested()) {
-                break;
-            }
+        const std::optional<QByteArray> frame = get.fetch(remotePath, mostFrameBytes);
+        // Not before: a device that takes its time must not keep the other one's frames waiting.
+        VideoFrameToken token = frame ? VideoFrameToken::take(calledOff) : VideoFrameToken();
+        if (stopRequested()) {
+            break;
+        }
+        if (!token.isNull() && writeFrame(localPath, *frame)) {
             lastFrame.start();
             QCoreApplication::postEvent(receiver_,
                                         new VideoEvent(host, localPath, channel, std::move(token)));
         } else {
             token.giveBack();
-            if (!stopRequested() && (!lastFrame.isValid() || lastFrame.elapsed() > silentForLong)) {
+            if (!lastFrame.isValid() || lastFrame.elapsed() > silentForLong) {
                 QCoreApplication::postEvent(receiver_, new VideoEvent(host, QString(), channel));
             }
         }

@@ -6,8 +6,9 @@
 
 // A slowly refreshed camera picture of one device: fetches the frame that the device keeps
 // overwriting, once a period, and tells the page of each with a VideoEvent. When none has come for
-// 5 s it says so with an empty photo after every further try. All video clients of the process
-// write the same local file, one after the other; see VideoFrameToken.
+// 5 s it says so with an empty photo after every further try. A frame is downloaded into memory, at
+// most 16 MiB. All video clients of the process then write it to the same local file, one after the
+// other and each frame whole; see VideoFrameToken.
 //
 // run() in its own thread; everything else from any thread. The page, its parent, outlives it. A
 // stop is asked for by the quit flag or the thread's interruption.

@@ -5,10 +5,10 @@
 #include <memory>
 
 // The right to write the local camera frame file, which all video clients of the process share. One
-// token exists at a time. It is taken before a frame is downloaded, travels inside the VideoEvent,
-// and is given back by the destruction of its last copy, that is, after the page has read the file
-// or when the event dies undelivered. Waiting clients are served in the order in which they came,
-// so a silent device cannot starve the other one's picture.
+// token exists at a time. It is taken when a frame has been downloaded, travels inside the
+// VideoEvent, and is given back by the destruction of its last copy, that is, after the file has
+// been read for the page or when the event dies undelivered. Waiting clients are served in the
+// order in which they came.
 class VideoFrameToken
 {
 public:
