@@ -129,13 +129,14 @@ private Q_SLOTS:
     {
         const QString remote = QStringLiteral("/tmp/video0.jpeg");
         devices_->first().files().set(remote, QByteArray(70000, 'a'));
-        const auto client = start(devices_->first(), 0);
+        auto client = start(devices_->first(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(framesOf(0) > 0, patience);
         QFile former(Settings::instance()->videoTempFile(0));
         QVERIFY(former.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
         devices_->first().files().set(remote, QByteArray(50000, 'b'));
         QTRY_VERIFY_WITH_TIMEOUT(log_->frames.last().content == QByteArray(50000, 'b'), patience);
         QCOMPARE(former.readAll(), QByteArray(70000, 'a'));
+        client.reset();
         QCOMPARE(QDir(Settings::instance()->videoTempDirectory()).entryList(QDir::Files).size(), 1);
     }
 
