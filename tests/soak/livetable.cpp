@@ -53,11 +53,19 @@ QString photoName(const QByteArray &passage)
     return VaskSettings::picFileName(scan);
 }
 
+// Two lanes that have the same number in the same second have one name for two photos.
 bool isOfAnother(const QByteArray &photo, const QString &name,
-                 const std::vector<SoakDevice *> &devices)
+                 const std::vector<SoakDevice *> &devices,
+                 const std::vector<QVector<SentPassage>> &sent)
 {
-    return std::any_of(devices.begin(), devices.end(),
-                       [&](const SoakDevice *device) { return photo == device->photo(name); });
+    for (std::size_t place = 0; place < devices.size(); ++place) {
+        if (photo == devices[place]->photo(name)) {
+            return std::any_of(
+                sent[place].begin(), sent[place].end(),
+                [&name](const SentPassage &each) { return photoName(each.passage) == name; });
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -136,9 +144,8 @@ LiveTable::Photos LiveTable::comparePhotos(const std::vector<SoakDevice *> &devi
             const QByteArray photo = contentOf(photoFolder(folder_) + name);
             if (photo == devices[place]->photo(name)) {
                 ++photos.equal;
-            } else if (isOfAnother(photo, name, devices)) {
+            } else if (isOfAnother(photo, name, devices, sent)) {
                 ++photos.otherLane;
-                photos.examples.append(name);
             } else if (!photo.isEmpty()) {
                 ++photos.different;
                 photos.examples.append(name);
