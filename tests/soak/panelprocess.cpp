@@ -118,8 +118,7 @@ void PanelProcess::take(const QString &line)
     if (word == QLatin1String("ping")) {
         longestPing_.wait =
             std::max(longestPing_.wait, rest.section(QLatin1Char(' '), 0, 0).toInt());
-        longestPing_.late =
-            std::max(longestPing_.late, rest.section(QLatin1Char(' '), 1, 1).toInt());
+        longestPing_.net = std::max(longestPing_.net, rest.section(QLatin1Char(' '), 1, 1).toInt());
     } else if (word == QLatin1String("box")) {
         boxes_.append(rest);
     } else if (word == QLatin1String("ok")) {

@@ -35,11 +35,11 @@ public:
     QString takeFailure();
     // Messages that the panel showed.
     QStringList takeBoxes();
-    // The longest wait of the GUI thread since it was asked last, in ms, and by how much a thread
-    // that does nothing was woken too late.
+    // The longest wait of the GUI thread since it was asked last, in ms, and the longest without the
+    // time in which it had no processor.
     struct Ping {
         int wait = 0;
-        int late = 0;
+        int net = 0;
     };
     Ping takeLongestPing();
 

@@ -37,15 +37,15 @@ void Soak::Wait::add(const Wait &other)
         ping.wait = other.ping.wait;
         doing = other.doing;
     }
-    ping.late = qMax(ping.late, other.ping.late);
+    ping.net = qMax(ping.net, other.ping.net);
 }
 
 QString Soak::Wait::text() const
 {
-    return QStringLiteral("%1 ms at \"%2\", an idle thread late by %3 ms")
+    return QStringLiteral("%1 ms at \"%2\" (%3 ms without waiting for a processor)")
         .arg(ping.wait)
         .arg(doing)
-        .arg(ping.late);
+        .arg(ping.net);
 }
 
 Soak::Soak(const SoakOptions &options, const QString &folder)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace
@@ -14,6 +15,25 @@ namespace
 
 constexpr auto pingEvent = static_cast<QEvent::Type>(QEvent::User + 900);
 constexpr int reportMsec = 1000;
+
+struct Longest {
+    qint64 gross = 0;
+    qint64 net = 0;
+};
+
+// For how long the main thread has been ready to run and had no processor, since its start; 0 where
+// the system does not tell.
+qint64 queuedMsec()
+{
+    static const int statistics = open("/proc/self/schedstat", O_RDONLY | O_CLOEXEC);
+    char bytes[128];
+    const ssize_t got = pread(statistics, bytes, sizeof bytes, 0);
+    if (got <= 0) {
+        return 0;
+    }
+    constexpr qint64 nsecPerMsec = 1000000;
+    return QByteArray(bytes, static_cast<int>(got)).split(' ').value(1).toLongLong() / nsecPerMsec;
+}
 
 void sleepMsec(int msec)
 {
@@ -45,32 +65,31 @@ bool GuiPing::event(QEvent *event)
 
 void GuiPing::run()
 {
-    qint64 longest = 0;
-    qint64 latest = 0;
+    Longest longest;
+    qint64 queuedBefore = 0;
     QElapsedTimer sinceReport;
     QElapsedTimer wait;
-    QElapsedTimer sleep;
     sinceReport.start();
     while (!stop_) {
         if (answered_) {
             sleepMsec(10);
             answered_ = false;
+            queuedBefore = queuedMsec();
             wait.start();
             QCoreApplication::postEvent(this, new QEvent(pingEvent));
         }
-        sleep.start();
         sleepMsec(1);
-        latest = std::max(latest, sleep.elapsed() - 1);
-        longest = std::max(longest, wait.elapsed());
+        const qint64 waited = wait.elapsed();
+        longest.gross = std::max(longest.gross, waited);
+        longest.net = std::max(longest.net, waited - (queuedMsec() - queuedBefore));
         if (sinceReport.elapsed() >= reportMsec) {
             // One write, so that another thread's lines do not get into it.
-            const QByteArray line =
-                "ping " + QByteArray::number(longest) + ' ' + QByteArray::number(latest) + '\n';
+            const QByteArray line = "ping " + QByteArray::number(longest.gross) + ' ' +
+                                    QByteArray::number(longest.net) + '\n';
             [[maybe_unused]] const ssize_t written =
                 write(STDOUT_FILENO, line.constData(), static_cast<size_t>(line.size()));
             sinceReport.start();
-            longest = 0;
-            latest = 0;
+            longest = Longest();
         }
     }
 }

@@ -8,9 +8,9 @@
 
 // How long the panel's GUI thread makes an event wait. A thread of its own posts one to it every
 // 10 ms, waits until it was delivered, and writes the longest wait of each second to standard
-// output, "ping MSEC LATE"; a wait that goes on counts with what it has taken so far, so a window
-// that is frozen says so. LATE is by how much this thread, which does nothing, was itself woken too
-// late: so much of a wait may be the machine's.
+// output, "ping MSEC NET"; a wait that goes on counts with what it has taken so far, so a window
+// that is frozen says so. NET is the longest one without the time in which the GUI thread was ready
+// and had no processor: on a busy machine that is the machine's part.
 //
 // Lives in the GUI thread. Its end stops the thread.
 class GuiPing : public QObject
