@@ -7,6 +7,7 @@
 #include "net/events.h"
 #include "net/getfile.h"
 #include "net/socketwait.h"
+#include "records/photoclaims.h"
 #include "records/vasksettings.h"
 
 #include <QDir>
@@ -208,11 +209,12 @@ void OnlineClient::receiveRecord(Line &line)
         return;
     }
     record.translateFromLocal();
-    const QString localPath = livePicturePath(*settings_, record);
+    const QString common = livePicturePath(*settings_, record);
+    const QString localPath = PhotoClaims::claim(common, line.host, line.vaskId);
     GetFile get(line.host, QString(), nullptr);
     get.setTimeout(livePictureTimeout);
     get.setCancelled([this] { return stopRequested() || hostChanged(); });
-    if (!OnlinePictureLoader::fetch(get, record.fileName(), localPath)) {
+    if (!localPath.isEmpty() && !OnlinePictureLoader::fetch(get, record.fileName(), localPath)) {
         if (stopRequested() || hostChanged()) {
             return;
         }
@@ -221,7 +223,8 @@ void OnlineClient::receiveRecord(Line &line)
                  get.transferError() + QStringLiteral(" : ") + record.fileName(), line.channel);
     }
     if (!hostChanged()) {
-        post(new OnLineEvent(line.host, record, localPath, line.vaskId, false));
+        post(new OnLineEvent(line.host, record, localPath.isEmpty() ? common : localPath,
+                             line.vaskId, false));
     }
 }
 

@@ -9,6 +9,8 @@
 #include "records/deviceindex.h"
 #include "records/diskspace.h"
 #include "records/filewrite.h"
+#include "records/photoname.h"
+#include "records/photoowners.h"
 #include "records/recordfile.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
@@ -128,6 +130,27 @@ QString ArchiveDownload::appendTo(QFile &records, QFile &index) const
     return QString();
 }
 
+// Of passages whose photo name belongs to another device, before any photo comes: the download may
+// end before theirs.
+void ArchiveDownload::reservePhotos(RecordFile &records, const PhotoOwners &owners,
+                                    const QString &folder) const
+{
+    Scan scan;
+    for (int row = request_.rows; request_.rows > 0 && row < request_.rows + added(); ++row) {
+        if (records.read(row, scan.data()) && owners.isOfAnother(scan)) {
+            PhotoName::reserve(photoPath(scan, owners, folder));
+        }
+    }
+}
+
+QString ArchiveDownload::photoPath(const Scan &scan, const PhotoOwners &owners,
+                                   const QString &folder) const
+{
+    const QString picture = VaskSettings::picFileName(scan);
+    return folder + QLatin1Char('/') +
+           (owners.isOfAnother(scan) ? PhotoName::ofDevice(picture, deviceId_) : picture);
+}
+
 bool ArchiveDownload::photos(const QString &folder, const std::function<void(int)> &progress) const
 {
     constexpr double allButFirst = 99.0;
@@ -135,6 +158,9 @@ bool ArchiveDownload::photos(const QString &folder, const std::function<void(int
     RecordFile records(request_.recordFile, Scan::size);
     const int count = records.open(QIODevice::ReadOnly) ? added() : 0;
     const qint64 reserve = settings->minReservedFreeSpace();
+    const PhotoOwners owners(request_.recordFile, ScanModel::indexFileOf(request_.recordFile),
+                             request_.rows, deviceId_);
+    reservePhotos(records, owners, folder);
     int shown = 0;
     progress(shown + 1);
     for (int done = 1; done <= count && !SocketWait::interrupted(); ++done) {
@@ -146,7 +172,7 @@ bool ArchiveDownload::photos(const QString &folder, const std::function<void(int
             GetFile get(request_.host, QString(), nullptr);
             get.setSpared(reserve);
             OnlinePictureLoader::fetch(get, settings->vaskArchivePhotoPath(scan),
-                                       folder + QLatin1Char('/') + VaskSettings::picFileName(scan));
+                                       photoPath(scan, owners, folder));
             if (get.hadNoRoom()) {
                 return false; // nor would the others fit, which are as large
             }

@@ -8,7 +8,10 @@
 
 #include <functional>
 
+class PhotoOwners;
 class QFile;
+class RecordFile;
+class Scan;
 
 // What the operator asked for, and the table that the passages are added to.
 struct ArchiveRequest {
@@ -50,6 +53,8 @@ private:
     QString archiveFile() const;
     void chooseRows();
     QString appendTo(QFile &records, QFile &index) const;
+    void reservePhotos(RecordFile &records, const PhotoOwners &owners, const QString &folder) const;
+    QString photoPath(const Scan &scan, const PhotoOwners &owners, const QString &folder) const;
 
     ArchiveRequest request_;
     QTemporaryDir downloads_; // the archive as it came, removed with everything beside it

@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "pages/temporarydata.h"
+#include "records/photoname.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 
@@ -27,9 +28,9 @@ QString ArchiveFiles::photosOf(const QString &table)
     return file.absolutePath() + QLatin1Char('/') + VaskSettings::picFileDir(file.baseName());
 }
 
-QString ArchiveFiles::photo(const QString &table, const Scan &scan)
+QString ArchiveFiles::photo(const QString &table, const Scan &scan, const QString &vaskId)
 {
-    return photosOf(table) + QLatin1Char('/') + VaskSettings::picFileName(scan);
+    return PhotoName::path(photosOf(table), VaskSettings::picFileName(scan), vaskId);
 }
 
 void ArchiveFiles::removeArchive()

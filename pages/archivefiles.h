@@ -13,9 +13,10 @@ namespace ArchiveFiles
 QString record();
 QString folder();
 
-// The folder of a table's photos, beside its file and named after it; and one of them.
+// The folder of a table's photos, beside its file and named after it; and the one of a passage
+// that this device reported.
 QString photosOf(const QString &table);
-QString photo(const QString &table, const Scan &scan);
+QString photo(const QString &table, const Scan &scan, const QString &vaskId);
 
 // Deletes the temporary archive and its index; or everything that was downloaded. No table is bound
 // to the archive then. Nothing happens without settings.

@@ -17,6 +17,7 @@
 #include "pages/proportionalsclalewidget.h"
 #include "pages/tablefiledialog.h"
 #include "pages/tableload.h"
+#include "records/photoname.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 #include "ui_archivewidget.h"
@@ -294,9 +295,9 @@ void ArchiveWidget::showRecord(const QModelIndex &index)
     }
     shownRow_ = row;
     const Scan scan = model_->value(row);
-    const QString photo = ArchiveFiles::photo(model_->fileName(), scan);
+    const QString photo = ArchiveFiles::photo(model_->fileName(), scan, model_->deviceOf(row));
     photo_->setLayers(photo, PassageDetails::archiveLines(scan));
-    ui_->buttonSavePhoto->setEnabled(QFileInfo::exists(photo));
+    ui_->buttonSavePhoto->setEnabled(PhotoName::isThere(photo));
 }
 
 void ArchiveWidget::enableFilter(int state)
@@ -465,11 +466,13 @@ void ArchiveWidget::savePhoto()
         return;
     }
     const Scan scan = model_->value(currentRow());
+    const QString photo =
+        ArchiveFiles::photo(model_->fileName(), scan, model_->deviceOf(currentRow()));
     const QString name = PassageTable::askPhotoName(this, scan);
     if (name.isEmpty()) {
         return;
     }
-    const QString error = PhotoFiles::copy(ArchiveFiles::photo(model_->fileName(), scan), name);
+    const QString error = PhotoFiles::copy(photo, name);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);
     }

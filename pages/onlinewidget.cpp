@@ -15,6 +15,8 @@
 #include "pages/proportionalsclalewidget.h"
 #include "pages/tablefiledialog.h"
 #include "pages/temporarydata.h"
+#include "records/photoclaims.h"
+#include "records/photoname.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
 #include "ui_onlinewidget.h"
@@ -209,7 +211,9 @@ void OnLineWidget::showLatePicture(const OnLineEvent &event)
         if (rowTime < time) {
             return;
         }
-        if (rowTime == time && row == current.row()) {
+        // Of another device's passage in the same second, the photo has another name.
+        if (rowTime == time && row == current.row() &&
+            QFileInfo(photoPath(row)).fileName() == QFileInfo(event.fileName()).fileName()) {
             showRecord(current);
             return;
         }
@@ -274,15 +278,15 @@ void OnLineWidget::showRecord(const QModelIndex &index)
         return;
     }
     const Scan scan = model_->value(index.row());
-    const QString photo = photoPath(scan);
+    const QString photo = photoPath(index.row());
     photo_->setLayers(photo, PassageDetails::onLineLines(scan));
-    ui_->buttonSavePhoto->setEnabled(QFileInfo::exists(photo));
+    ui_->buttonSavePhoto->setEnabled(PhotoName::isThere(photo));
 }
 
-QString OnLineWidget::photoPath(const Scan &scan) const
+QString OnLineWidget::photoPath(int row) const
 {
     return PhotoFiles::path(QFileInfo(model_->indexFile()).absolutePath(),
-                            VaskSettings::picFileDir(), scan);
+                            VaskSettings::picFileDir(), model_->value(row), model_->deviceOf(row));
 }
 
 void OnLineWidget::setDeviceString()
@@ -339,6 +343,7 @@ void OnLineWidget::clearTable()
 void OnLineWidget::clearTempData()
 {
     if (const Settings *settings = Settings::instance()) {
+        PhotoClaims::forget();
         TemporaryData::clear(settings->absolute(settings->onLineTempDirectory()));
     }
 }
@@ -432,12 +437,13 @@ void OnLineWidget::savePhoto()
         return;
     }
     const Scan scan = model_->value(current.row());
+    const QString photo = photoPath(current.row());
     const QString name = PassageTable::askPhotoName(this, scan);
     if (name.isEmpty()) {
         return;
     }
     showBusy(true);
-    const QString error = PhotoFiles::copy(photoPath(scan), name);
+    const QString error = PhotoFiles::copy(photo, name);
     showBusy(false);
     if (!error.isEmpty()) {
         ErrorBrowser::error(tr("Error"), error, this);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/photofiles.h"
 
+#include "records/photoname.h"
 #include "records/vasksettings.h"
 
 #include <QCoreApplication>
@@ -8,9 +9,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-QString PhotoFiles::path(const QString &folder, const QString &pictureFolder, const Scan &scan)
+QString PhotoFiles::path(const QString &folder, const QString &pictureFolder, const Scan &scan,
+                         const QString &vaskId)
 {
-    return QStringLiteral("%1/%2/%3").arg(folder, pictureFolder, VaskSettings::picFileName(scan));
+    return PhotoName::path(folder + QLatin1Char('/') + pictureFolder,
+                           VaskSettings::picFileName(scan), vaskId);
 }
 
 bool PhotoFiles::makeFolder(const QString &folder, const QString &pictureFolder)

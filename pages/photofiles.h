@@ -6,12 +6,13 @@
 #include <QString>
 
 // Where the photos of a table lie: in a folder beside the table's file, each under a name made of
-// its passage's time and number. Any thread.
+// its passage's time and number; see PhotoName. Any thread.
 namespace PhotoFiles
 {
 
-// folder/pictureFolder/name of the passage's picture.
-QString path(const QString &folder, const QString &pictureFolder, const Scan &scan);
+// folder/pictureFolder/name of the picture of a passage that this device reported.
+QString path(const QString &folder, const QString &pictureFolder, const Scan &scan,
+             const QString &vaskId);
 
 // Makes the picture folder in folder where it does not exist; false when it cannot be made.
 bool makeFolder(const QString &folder, const QString &pictureFolder);

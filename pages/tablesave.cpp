@@ -6,7 +6,9 @@
 #include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/deviceindex.h"
+#include "records/localtext.h"
 #include "records/passagecsv.h"
+#include "records/photoname.h"
 #include "records/recordfile.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
@@ -108,8 +110,16 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
                           const Progress &progress)
 {
     QStringList errors;
+    RecordFile index(table.indexFile, DeviceIndex::entrySize);
+    index.open(QIODevice::ReadOnly); // without it there are no identifiers
+    int row = 0;
     const auto copy = [&](const Scan &scan) {
-        const QString name = QLatin1Char('/') + VaskSettings::picFileName(scan);
+        char entry[DeviceIndex::entrySize] = {};
+        const QString id = index.read(row++, entry)
+                               ? LocalText::decoded(entry, DeviceIndex::entrySize)
+                               : QString();
+        const QString name =
+            PhotoName::path(from, VaskSettings::picFileName(scan), id).mid(from.size());
         if (QFileInfo::exists(from + name) && !PhotoFiles::isSameFile(from + name, to + name)) {
             errors << PhotoFiles::copy(from + name, to + name);
         }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "records/oldphotos.h"
 
+#include "records/deviceindex.h"
+#include "records/localtext.h"
+#include "records/photoname.h"
 #include "records/scan.h"
 #include "records/vasksettings.h"
 
@@ -22,6 +25,13 @@ constexpr int leastSteps = 16;
 constexpr qint64 nextNeed = 1024 * 1024;
 constexpr int blockRows = 512;
 
+QString indexOf(const QString &recordFile)
+{
+    const QFileInfo record(recordFile);
+    return record.absolutePath() + QLatin1Char('/') + record.baseName() +
+           VaskSettings::passbaseIndexSuffix();
+}
+
 quint32 secondOf(const char *record)
 {
     return qFromLittleEndian<quint32>(record + ScanLayout::dateTime.offset);
@@ -31,6 +41,7 @@ quint32 secondOf(const char *record)
 
 OldPhotos::OldPhotos(const QString &recordFile)
     : records_(recordFile, Scan::size)
+    , index_(indexOf(recordFile), DeviceIndex::entrySize)
     , block_(blockRows * int(Scan::size), '\0')
 {
     const QFileInfo record(recordFile);
@@ -38,6 +49,7 @@ OldPhotos::OldPhotos(const QString &recordFile)
     ownFolder_ = folder.filePath(VaskSettings::picFileDir(record.baseName()));
     commonFolder_ = folder.filePath(VaskSettings::picFileDir());
     records_.open(QIODevice::ReadOnly); // without it there are no rows
+    index_.open(QIODevice::ReadOnly);   // and without this no identifiers
 }
 
 void OldPhotos::free(qint64 reserve, const Available &available)
@@ -88,10 +100,10 @@ int OldPhotos::walk()
         done = 0;
         while (done < read) {
             const char *record = block_.constData() + done * Scan::size;
-            ++done;
+            const int row = place_ + done++;
             const quint32 second = secondOf(record);
             span = {qMin(span.first, second), qMax(span.last, second)};
-            if (listing_.has(second) && removePhoto(record)) {
+            if (listing_.has(second) && removePhoto(record, row)) {
                 listing_.remove(second);
                 break;
             }
@@ -113,10 +125,14 @@ bool OldPhotos::isPassedBy(std::size_t block) const
            !listing_.hasBetween(spans_[block].first, spans_[block].last);
 }
 
-bool OldPhotos::removePhoto(const char *record)
+bool OldPhotos::removePhoto(const char *record, int row)
 {
     Scan scan;
     std::copy_n(record, Scan::size, scan.data());
-    const QString photo = QLatin1Char('/') + VaskSettings::picFileName(scan);
-    return QFile::remove(ownFolder_ + photo) || QFile::remove(commonFolder_ + photo);
+    char entry[DeviceIndex::entrySize] = {};
+    const QString id =
+        index_.read(row, entry) ? LocalText::decoded(entry, DeviceIndex::entrySize) : QString();
+    const QString picture = VaskSettings::picFileName(scan);
+    return PhotoName::discard(ownFolder_, picture, id) ||
+           PhotoName::discard(commonFolder_, picture, id);
 }

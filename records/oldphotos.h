@@ -11,7 +11,7 @@
 
 // Deletes the photos of a table's oldest passages, for room on the disk; the passages stay. The
 // photos lie beside the record file, in a folder named after it or, for the live table, in the
-// common one.
+// common one. Which of them is a row's, the index tells; see PhotoName.
 //
 // It goes round the table: a listing of the photos, then the rows from where it stopped last time
 // to the end, and on from the first row to there, for photos that came late. So the oldest go
@@ -44,11 +44,12 @@ private:
     // Passes by rows or removes one photo; how many rows it took.
     int walk();
     bool isPassedBy(std::size_t block) const;
-    bool removePhoto(const char *record);
+    bool removePhoto(const char *record, int row);
 
     QString ownFolder_;
     QString commonFolder_;
     RecordFile records_;
+    RecordFile index_;
     PhotoListing listing_;
     int place_ = 0; // the next row
     int end_ = 0;   // the rows that the listing knows of

@@ -143,13 +143,19 @@ void ScanModel::readRow(int row) const
     // Reading goes through the file's position only; the table itself does not change.
     cachedScan_ = const_cast<ScanModel *>(this)->value(row);
     cachedScan_.translateFromLocal();
-    const qint64 place = qint64(row) * DeviceIndex::entrySize;
-    if (place >= indexFile_.size() || !indexFile_.seek(place)) {
-        return;
+    if (qint64(row) * DeviceIndex::entrySize < indexFile_.size()) {
+        cachedDevice_ = deviceOf(row);
     }
+}
+
+QString ScanModel::deviceOf(int row) const
+{
     char entry[DeviceIndex::entrySize] = {};
+    if (!indexFile_.isOpen() || !indexFile_.seek(qint64(row) * DeviceIndex::entrySize)) {
+        return QString();
+    }
     indexFile_.read(entry, DeviceIndex::entrySize);
-    cachedDevice_ = LocalText::decoded(entry, DeviceIndex::entrySize).trimmed();
+    return LocalText::decoded(entry, DeviceIndex::entrySize).trimmed();
 }
 
 QVariant ScanModel::display(int column) const

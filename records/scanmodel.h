@@ -48,6 +48,8 @@ public:
 
     void setFileName(const QString &name) override;
     QString indexFile() const;
+    // The identifier of the device that the row came from; empty when the index has none.
+    QString deviceOf(int row) const;
 
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;

@@ -68,7 +68,8 @@ void TestPhotoFiles::namesPath()
     Scan scan;
     scan.setDateTime(QDateTime(QDate(2026, 11, 21), QTime(12, 0, 5), Qt::UTC));
     scan.setNumber(number);
-    QCOMPARE(PhotoFiles::path(QStringLiteral("/a %1"), QStringLiteral("jpegdata"), scan),
+    QCOMPARE(PhotoFiles::path(QStringLiteral("/a %1"), QStringLiteral("jpegdata"), scan,
+                              QStringLiteral("gate")),
              QStringLiteral("/a %1/jpegdata/") + name);
 }
 

@@ -2,6 +2,8 @@
 #include "records/scanmodel.h"
 
 #include "app/settings.h"
+#include "records/deviceindex.h"
+#include "records/photoname.h"
 #include "records/vasksettings.h"
 #include "tests/support/testmain.h"
 #include "tests/support/unreadable.h"
@@ -122,6 +124,38 @@ private Q_SLOTS:
         model.freeSpace();
         QVERIFY(QDir(own).isEmpty());
         QVERIFY(!QDir(common).isEmpty());
+    }
+
+    // Two devices reported one number in one second. What the second's gave back is not taken from
+    // the first's, and its row does not fall back to that.
+    void freesPhotosOfTwoDevicesApart()
+    {
+        Settings::instance()->SetMinReservedFreeSpace(1000000);
+        write({passage(0), passage(0), passage(1)});
+        const QString picture = VaskSettings::picFileName(passage(0));
+        const QString own = PhotoName::ofDevice(picture, QStringLiteral("gate 2"));
+        writeFile(folder_->filePath(QStringLiteral("table.tpp.index")),
+                  DeviceIndex::entry(QStringLiteral("gate 1")) +
+                      DeviceIndex::entry(QStringLiteral("gate 2")).repeated(2));
+        writePhoto(passage(1));
+        writeFile(photos_ + QLatin1Char('/') + own, "photo");
+        SmallDiskModel model(name_, nullptr);
+        QCOMPARE(PhotoName::path(photos_, picture, model.deviceOf(0)),
+                 photos_ + QLatin1Char('/') + picture);
+        model.total = 10000000;
+        model.photos = photos_;
+        model.bytesPerPhoto = 600000;
+        model.countPhotos();
+        model.free = 400000;
+        model.freeSpace(); // the first's is not there
+        QCOMPARE(QFileInfo(photos_ + QLatin1Char('/') + own).size(), 0);
+        QCOMPARE(PhotoName::path(photos_, picture, model.deviceOf(1)),
+                 photos_ + QLatin1Char('/') + own);
+        QVERIFY(!hasPhoto(passage(1)));
+        // A round that finds nothing but the empty file ends.
+        model.free = -2000000;
+        model.freeSpace();
+        QCOMPARE(QDir(photos_).entryList(QDir::Files), QStringList(own));
     }
 
     void freesNothingOnThisDisk()
