@@ -46,6 +46,15 @@ QString photoFolder(const QString &folder)
     return QFileInfo::exists(ofDump) ? ofDump : folder + QStringLiteral("/jpegdata/");
 }
 
+// Of two devices that report one number in one second, the second has its identifier in the name.
+QByteArray photoOf(const QString &folder, const QString &name, const QByteArray &deviceId)
+{
+    const QString ending = QStringLiteral(".jpeg");
+    const QString own = photoFolder(folder) + name.chopped(ending.size()) + QLatin1Char('-') +
+                        QString::fromLatin1(deviceId) + ending;
+    return contentOf(QFileInfo::exists(own) ? own : photoFolder(folder) + name);
+}
+
 QString photoName(const QByteArray &passage)
 {
     Scan scan;
@@ -53,19 +62,11 @@ QString photoName(const QByteArray &passage)
     return VaskSettings::picFileName(scan);
 }
 
-// Two lanes that have the same number in the same second have one name for two photos.
 bool isOfAnother(const QByteArray &photo, const QString &name,
-                 const std::vector<SoakDevice *> &devices,
-                 const std::vector<QVector<SentPassage>> &sent)
+                 const std::vector<SoakDevice *> &devices)
 {
-    for (std::size_t place = 0; place < devices.size(); ++place) {
-        if (photo == devices[place]->photo(name)) {
-            return std::any_of(
-                sent[place].begin(), sent[place].end(),
-                [&name](const SentPassage &each) { return photoName(each.passage) == name; });
-        }
-    }
-    return false;
+    return std::any_of(devices.begin(), devices.end(),
+                       [&](const SoakDevice *device) { return photo == device->photo(name); });
 }
 
 } // namespace
@@ -141,11 +142,12 @@ LiveTable::Photos LiveTable::comparePhotos(const std::vector<SoakDevice *> &devi
                 continue;
             }
             const QString name = photoName(row);
-            const QByteArray photo = contentOf(photoFolder(folder_) + name);
+            const QByteArray photo = photoOf(folder_, name, devices[place]->id());
             if (photo == devices[place]->photo(name)) {
                 ++photos.equal;
-            } else if (isOfAnother(photo, name, devices, sent)) {
+            } else if (isOfAnother(photo, name, devices)) {
                 ++photos.otherLane;
+                photos.examples.append(name);
             } else if (!photo.isEmpty()) {
                 ++photos.different;
                 photos.examples.append(name);

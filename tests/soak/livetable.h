@@ -19,7 +19,7 @@ public:
         int equal = 0;
         int missing = 0;         // the panel had the minute in which it tries
         int missingWithKill = 0; // it had not
-        int otherLane = 0;       // the other device's, which has sent the same second and number
+        int otherLane = 0;       // the other device's, of the same second and number
         int different = 0;
         QStringList examples;
 

@@ -270,7 +270,7 @@ void Soak::lookForRecovered(const LiveTable &before)
 
 bool Soak::isGood() const
 {
-    return counts_.isGood() && photos_.missing + photos_.different == 0 &&
+    return counts_.isGood() && photos_.missing + photos_.otherLane + photos_.different == 0 &&
            operator_->results().wrong == 0 && notRecovered_ == 0 && boxes_ == 0 && endMsec_ >= 0;
 }
 
