@@ -80,6 +80,7 @@ private Q_SLOTS:
     void versionsAgree();
     void oneName();
     void startsWhereTheCataloguesAre();
+    void kioskStartsAgainAndKeepsToItself();
     void entriesSpeakBothLanguages_data();
     void entriesSpeakBothLanguages();
     void descriptionSpeaksBothLanguages();
@@ -133,6 +134,17 @@ void TestMetadata::startsWhereTheCataloguesAre()
     const QString command = valueOf(unit, QStringLiteral("ExecStart"));
     QVERIFY(command.startsWith(QLatin1Char('/')));
     QVERIFY(command.section(QLatin1Char(' '), 0, 0).endsWith(QLatin1String("/bin/stallo")));
+}
+
+void TestMetadata::kioskStartsAgainAndKeepsToItself()
+{
+    const QString unit = product(QStringLiteral("stallo-kiosk.service"));
+    QCOMPARE(valueOf(unit, QStringLiteral("Restart")), QStringLiteral("always"));
+    // The manager passes over a key that stands in another section.
+    const QString service = unit.section(QStringLiteral("[Service]"), 1);
+    QCOMPARE(valueOf(service, QStringLiteral("UMask")), QStringLiteral("0077"));
+    const QString before = unit.section(QStringLiteral("[Service]"), 0, 0);
+    QCOMPARE(valueOf(before, QStringLiteral("StartLimitIntervalSec")), QStringLiteral("0"));
 }
 
 void TestMetadata::entriesSpeakBothLanguages_data()
