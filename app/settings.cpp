@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings.h"
 
+#include "app/processlock.h"
 #include "records/scan.h"
 #include "records/vasksettings.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QEvent>
 #include <QThread>
 
 #include <atomic>
@@ -119,6 +121,29 @@ void Settings::init()
     settleText(key::videoTempFileFormat, QStringLiteral("video%1.jpeg"));
     settleNumber(key::videoTimeout, 1000);
     settleNumber(key::videoDisconnectTimeout, defaultVideoDisconnectTimeout);
+}
+
+void Settings::store()
+{
+    removeAbandonedLocks();
+    sync();
+}
+
+bool Settings::event(QEvent *event)
+{
+    if (event->type() == QEvent::UpdateRequest) {
+        removeAbandonedLocks();
+    }
+    return QSettings::event(event);
+}
+
+// The toolkit waits half a minute for a lock file that a power cut has left empty, and the window
+// with it. The second one guards the removal of the first.
+void Settings::removeAbandonedLocks() const
+{
+    const QString lock = fileName() + QStringLiteral(".lock");
+    ProcessLock::removeAbandoned(lock + QStringLiteral(".rmlock"));
+    ProcessLock::removeAbandoned(lock);
 }
 
 int Settings::vaskParkingPort() const
@@ -389,6 +414,11 @@ QString Settings::absoluteWorkingDirectory() const
 QString Settings::absolute(const QString &path) const
 {
     return QDir(absoluteWorkingDirectory()).absoluteFilePath(path);
+}
+
+QString Settings::transferTemplate(const QString &directory) const
+{
+    return joined(absolute(directory), QStringLiteral("stallo-transfer-XXXXXX"));
 }
 
 QString Settings::extended(const QString &name, const QString &ending)

@@ -31,6 +31,9 @@ public:
 
     void init();
 
+    // Writes what has changed to the disk at once. Does not wait for a lock that nobody holds.
+    void store();
+
     // TCP ports of a device: live records and one-byte commands; files.
     int vaskParkingPort() const;
     void setVaskParkingPort(int port);
@@ -107,10 +110,19 @@ public:
     QString absoluteWorkingDirectory() const;
     QString absolute(const QString &path) const;
 
+    // What the toolkit's temporary files and folders in this directory are called. Those that a
+    // killed program has left are known by the name, see TemporaryData.
+    QString transferTemplate(const QString &directory) const;
+
     // name with ending behind it, unless it ends so already (case-sensitive).
     static QString extended(const QString &name, const QString &ending);
 
+protected:
+    // The toolkit stores in it what was changed since.
+    bool event(QEvent *event) override;
+
 private:
+    void removeAbandonedLocks() const;
     QString text(const char *key, const QString &fallback) const;
     int number(const char *key, int fallback) const;
     void put(const char *key, const QVariant &value);

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "net/deviceidentity.h"
 
+#include "app/settings.h"
 #include "net/getfile.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSettings>
@@ -22,6 +24,19 @@ bool buildsObjects(const QByteArray &file)
     return mark.match(QString::fromLatin1(file)).hasMatch();
 }
 
+// The folder of camera pictures is the one that nothing empties meanwhile.
+bool openTemporary(QTemporaryFile &file)
+{
+    if (const Settings *settings = Settings::instance()) {
+        file.setFileTemplate(settings->transferTemplate(settings->videoTempDirectory()));
+        if (file.open()) {
+            return true;
+        }
+        file.setFileTemplate(QDir::temp().filePath(QStringLiteral("stallo-XXXXXX")));
+    }
+    return file.open();
+}
+
 } // namespace
 
 QString DeviceIdentity::parse(const QByteArray &file, const QString &fallback)
@@ -31,7 +46,7 @@ QString DeviceIdentity::parse(const QByteArray &file, const QString &fallback)
     }
     // The toolkit reads INI texts from files only, and remembers them by name: a name of its own.
     QTemporaryFile copy;
-    if (!copy.open() || copy.write(file) != file.size() || !copy.flush()) {
+    if (!openTemporary(copy) || copy.write(file) != file.size() || !copy.flush()) {
         return fallback;
     }
     QSettings ini(copy.fileName(), QSettings::IniFormat);
@@ -45,7 +60,7 @@ QString DeviceIdentity::fetch(const QString &host, Patience patience, const QStr
                               const SocketWait::Cancelled &cancelled)
 {
     QTemporaryFile local;
-    if (!local.open()) {
+    if (!openTemporary(local)) {
         return fallback;
     }
     GetFile get(host, local.fileName(), nullptr);

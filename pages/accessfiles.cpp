@@ -19,6 +19,12 @@ QString AccessFiles::ownList()
     return settings->absolute(settings->sufferedTempFile());
 }
 
+QString AccessFiles::transferTemplate()
+{
+    const Settings *settings = Settings::instance();
+    return settings->transferTemplate(settings->sufferedTempDirectory());
+}
+
 NumberSource AccessFiles::numbersOf(const AccessModel *model)
 {
     return {AccessModel::NumberColumn, Access::size, [model] { return model->fileName(); },

@@ -19,6 +19,9 @@ public:
     // The panel's own list, which outlives the program.
     static QString ownList();
 
+    // For the temporary folder of a list that is fetched.
+    static QString transferTemplate();
+
     // Where a filter finds the numbers of a list.
     static NumberSource numbersOf(const AccessModel *model);
 

@@ -8,9 +8,9 @@
 #include "net/socketwait.h"
 #include "records/accessmodel.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 namespace
@@ -69,7 +69,12 @@ QString AccessTransfer::send(const QString &file) const
 
 QString AccessTransfer::append(const Access &access) const
 {
-    QTemporaryFile file(QDir::temp().filePath(QStringLiteral("passbase")));
+    const Settings *settings = Settings::instance();
+    const QTemporaryDir folder(settings->transferTemplate(settings->sufferedTempDirectory()));
+    if (!folder.isValid()) {
+        return folder.errorString();
+    }
+    QTemporaryFile file(folder.filePath(QStringLiteral("passbase")));
     if (!file.open()) {
         return file.errorString();
     }

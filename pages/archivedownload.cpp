@@ -6,6 +6,7 @@
 #include "net/getfile.h"
 #include "net/onlinepictureloader.h"
 #include "net/socketwait.h"
+#include "pages/archivefiles.h"
 #include "records/deviceindex.h"
 #include "records/diskspace.h"
 #include "records/filewrite.h"
@@ -31,6 +32,7 @@ constexpr int rowsAtOnce = 512;
 
 ArchiveDownload::ArchiveDownload(const ArchiveRequest &request)
     : request_(request)
+    , downloads_(ArchiveFiles::transferTemplate())
 {
 }
 

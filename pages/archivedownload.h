@@ -57,7 +57,7 @@ private:
     QString photoPath(const Scan &scan, const PhotoOwners &owners, const QString &folder) const;
 
     ArchiveRequest request_;
-    QTemporaryDir downloads_; // the archive as it came, removed with everything beside it
+    QTemporaryDir downloads_; // in the temporary directory: the archive as it came
     QString deviceId_;
     int first_ = 0;
     int last_ = -1;

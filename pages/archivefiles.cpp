@@ -22,6 +22,12 @@ QString ArchiveFiles::folder()
     return settings->absolute(settings->archiveTempDirectory());
 }
 
+QString ArchiveFiles::transferTemplate()
+{
+    const Settings *settings = Settings::instance();
+    return settings->transferTemplate(settings->archiveTempDirectory());
+}
+
 QString ArchiveFiles::photosOf(const QString &table)
 {
     const QFileInfo file(table);

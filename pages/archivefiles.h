@@ -12,6 +12,8 @@ namespace ArchiveFiles
 // The temporary archive that downloads add up in.
 QString record();
 QString folder();
+// For the temporary folder of a download in it.
+QString transferTemplate();
 
 // The folder of a table's photos, beside its file and named after it; and the one of a passage
 // that this device reported.

@@ -128,7 +128,7 @@ void SufferedNumbersWidget::loadTableFromNet(const QString &host)
 
 QString SufferedNumbersWidget::getTableFromNetwork(QString host)
 {
-    const QTemporaryDir downloads;
+    const QTemporaryDir downloads(AccessFiles::transferTemplate());
     const QString fetched = downloads.filePath(QStringLiteral("list"));
     const QString failure = AccessTransfer(host).fetch(fetched);
     if (!failure.isEmpty()) {

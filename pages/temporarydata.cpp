@@ -60,3 +60,22 @@ void TemporaryData::clear(const QString &path)
         deleteFiles(QDir(each.filePath()));
     }
 }
+
+void TemporaryData::removeTransfers(const QString &path)
+{
+    if (!isFolderOfItsOwn(path)) {
+        return;
+    }
+    const QDir folder(QDir::cleanPath(path));
+    const QFileInfoList left =
+        folder.entryInfoList({QStringLiteral("stallo-transfer-??????")},
+                             QDir::Dirs | QDir::Files | QDir::System | QDir::NoSymLinks);
+    for (const QFileInfo &each : left) {
+        if (each.isDir()) {
+            deleteFiles(QDir(each.filePath()));
+            folder.rmdir(each.fileName());
+        } else {
+            QFile::remove(each.filePath());
+        }
+    }
+}

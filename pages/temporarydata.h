@@ -17,4 +17,8 @@ bool isFolderOfItsOwn(const QString &path);
 // interrupted.
 void clear(const QString &path);
 
+// Deletes what killed transfers have left in the folder: files and folders that are called as
+// Settings::transferTemplate() says. The same holds as for clear().
+void removeTransfers(const QString &path);
+
 } // namespace TemporaryData

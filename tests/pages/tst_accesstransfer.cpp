@@ -107,13 +107,12 @@ void TestAccessTransfer::init()
     Page::prepare();
     folder_ = std::make_unique<QTemporaryDir>();
     QVERIFY(QDir(folder_->path()).mkdir(QStringLiteral("tmp")));
-    qputenv("TMPDIR", QFile::encodeName(below("tmp")));
+    Settings::instance()->setSufferedTempDirectory(below("tmp"));
     devices_ = std::make_unique<Devices>();
 }
 
 void TestAccessTransfer::cleanup()
 {
-    qunsetenv("TMPDIR");
     devices_.reset();
     folder_.reset();
 }
@@ -298,7 +297,7 @@ void TestAccessTransfer::appendsByFileThatGoesAgain()
     QTRY_VERIFY(!(seen = temporaryFiles()).isEmpty());
     QVERIFY(thread->wait(patience));
     QCOMPARE(seen.size(), 1);
-    QVERIFY2(seen.first().startsWith(QLatin1String("passbase")), qPrintable(seen.first()));
+    QVERIFY2(seen.first().startsWith(QLatin1String("stallo-transfer-")), qPrintable(seen.first()));
     QCOMPARE(temporaryFiles(), QStringList());
     QTRY_COMPARE(device().storedAccessList().size(), int(41 * Access::size));
 }
@@ -306,10 +305,10 @@ void TestAccessTransfer::appendsByFileThatGoesAgain()
 void TestAccessTransfer::needsPlaceToAppend()
 {
     setDeviceList(Page::list(40));
-    qputenv("TMPDIR", "/proc"); // where nobody makes a file
+    Settings::instance()->setSufferedTempDirectory(QStringLiteral("/proc")); // makes no files
     QVERIFY(!append(Page::entry(1)).isEmpty());
     QCOMPARE(device().journal().countRequests(), 0);
-    qputenv("TMPDIR", QFile::encodeName(below("tmp")));
+    Settings::instance()->setSufferedTempDirectory(below("tmp"));
     {
         const FileLimit fullDisk(40 * Access::size);
         QVERIFY(!append(Page::entry(1)).isEmpty());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/archivedownload.h"
 
+#include "app/settings.h"
 #include "records/scanmodel.h"
 #include "simulator/mixer.h"
 #include "tests/support/archivedevice.h"
@@ -87,12 +88,10 @@ void TestArchiveDownload::init()
 {
     Page::prepare();
     devices_ = std::make_unique<Devices>();
-    qunsetenv("TMPDIR");
 }
 
 void TestArchiveDownload::cleanup()
 {
-    qunsetenv("TMPDIR");
     devices_.reset();
 }
 
@@ -243,12 +242,14 @@ void TestArchiveDownload::fetchesNothingOnceInterrupted()
 void TestArchiveDownload::needsPlaceForItsFiles()
 {
     const ArchiveDevice archive(device(), ArchiveDevice::passages(3));
-    qputenv("TMPDIR", "/proc");            // where nobody makes a folder
-    QVERIFY(!stored(request()).isEmpty()); // the reason
-    QVERIFY(!QFile::exists(Page::recordFile()));
-    qunsetenv("TMPDIR");
-    QDir(Page::folder()).removeRecursively();
-    QCOMPARE(QString::fromLocal8Bit(stored(request())), qt_error_string(ENOENT));
+    const QString folder = Page::folder();
+    const ArchiveRequest elsewhere = request();
+    Settings::instance()->setArchiveTempDirectory(QStringLiteral("/proc")); // makes no folders
+    QVERIFY(!stored(elsewhere).isEmpty());                                  // the reason
+    QVERIFY(!QFile::exists(elsewhere.recordFile));
+    Settings::instance()->setArchiveTempDirectory(folder);
+    QDir(folder).removeRecursively();
+    QCOMPARE(QString::fromLocal8Bit(stored(elsewhere)), qt_error_string(ENOENT));
 }
 
 STALLO_TEST_MAIN(TestArchiveDownload)
