@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QLockFile>
 
 namespace
 {
@@ -39,6 +38,7 @@ int refuseSecondStart()
 
 int main(int argc, char *argv[])
 {
+    Startup::keepToItself();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     Startup::BoundedEnd boundedEnd;
@@ -65,11 +65,13 @@ int main(int argc, char *argv[])
     if (!lock) {
         return refuseSecondStart();
     }
+    const QString notice = Startup::settleFormerRun();
 
     BrelWindow frame;
     topLevelBrelWindow = &frame;
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icon1.ico")));
     MainWindow window;
+    window.showNotice(notice);
     frame.setCentralWidget(&window);
     frame.setWindowTitle(QStringLiteral("<i>") + window.windowTitle() + QStringLiteral(" </i>"));
     applyStyle();
@@ -78,12 +80,14 @@ int main(int argc, char *argv[])
     const CloseRequests closeRequests(&frame);
 
     Startup::parseCmdLine(argc, argv);
+    Startup::tellUnusableDirectories(&frame);
     QObject::connect(&application, &QApplication::lastWindowClosed, &application,
                      &QCoreApplication::quit);
     const Screenshots screenshots(&frame, nullptr);
     if (QApplication::exec() == 0) {
         Startup::storeGeometry(frame);
     }
+    Startup::markCleanEnd();
     boundedEnd.arm();
     return 0;
 }

@@ -12,6 +12,7 @@
 #include "ui_mainwindow.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -24,6 +25,7 @@ MainWindow::MainWindow(QWidget *parent, Qt::WindowFlags flags)
 {
     ui_->setupUi(this);
     ui_->statusBar->setSizeGripEnabled(false); // the frame resizes by its edges
+    createNotice();
     createPages();
     createPageButtons();
     createShortcuts();
@@ -34,7 +36,7 @@ MainWindow::MainWindow(QWidget *parent, Qt::WindowFlags flags)
 MainWindow::~MainWindow()
 {
     if (Settings *settings = Settings::instance()) {
-        settings->sync();
+        settings->store();
     }
     ShellAccess::setMainWindow(nullptr);
     mainWindow_ = nullptr;
@@ -61,6 +63,12 @@ void MainWindow::selectTab(eTabSelector selector, const QString &address)
         archive_->loadTableFromNet(address);
         break;
     }
+}
+
+void MainWindow::showNotice(const QString &text)
+{
+    notice_->setText(text);
+    notice_->setVisible(!text.isEmpty());
 }
 
 void MainWindow::showNext()
@@ -93,6 +101,16 @@ void MainWindow::customEvent(QEvent *event)
     if (event->type() == EventNumber::Suffered) {
         suffered_->appendSufferedRecord(static_cast<SufferedEvent *>(event)->access());
     }
+}
+
+// Beside the status tips, which come and go.
+void MainWindow::createNotice()
+{
+    notice_ = new QLabel(ui_->statusBar);
+    notice_->setObjectName(QStringLiteral("labelNotice"));
+    notice_->setTextFormat(Qt::PlainText);
+    ui_->statusBar->addPermanentWidget(notice_);
+    notice_->hide();
 }
 
 void MainWindow::createPages()

@@ -8,6 +8,7 @@
 class ArchiveWidget;
 class OnLineWidget;
 class QAbstractButton;
+class QLabel;
 class QStackedWidget;
 class SufferedNumbersWidget;
 class Ui_MainWindowClass;
@@ -37,6 +38,9 @@ public:
     // nothing.
     void selectTab(eTabSelector selector, const QString &address);
 
+    // One line that stays at the bottom of the window, whatever page is shown; empty for none.
+    void showNotice(const QString &text);
+
 public Q_SLOTS:
     // These two leave the page buttons as they are.
     void showNext();
@@ -49,6 +53,7 @@ protected:
     void customEvent(QEvent *event) override;
 
 private:
+    void createNotice();
     void createPages();
     void createPageButtons();
     void createShortcuts();
@@ -62,6 +67,7 @@ private:
     SufferedNumbersWidget *suffered_ = nullptr;
     OnLineWidget *onLine_ = nullptr;
     QStackedWidget *stack_ = nullptr;
+    QLabel *notice_ = nullptr; // of the status bar
     QAbstractButton *archiveButton_ = nullptr;
     QAbstractButton *sufferedButton_ = nullptr;
     QAbstractButton *onLineButton_ = nullptr;

@@ -1,19 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "app/startup.h"
 
+#include "app/errorbrowser.h"
 #include "app/mainwindow.h"
+#include "app/runmark.h"
 #include "app/settings.h"
+#include "pages/recoveredtables.h"
+#include "pages/temporarydata.h"
 #include "records/vasksettings.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
-#include <QLockFile>
 #include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -35,13 +43,52 @@ void makeDirectory(const QString &path)
     }
 }
 
+// Takes the rights of all others away where the folder belongs to the user; links are left alone.
+void closeToOthers(const QString &path)
+{
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    const int folder = open(QFile::encodeName(path).constData(),
+                            O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (folder < 0) {
+        return;
+    }
+    struct stat is = {};
+    if (fstat(folder, &is) == 0 && is.st_uid == geteuid() && (is.st_mode & others) != 0) {
+        fchmod(folder, is.st_mode & ~others & 07777);
+    }
+    close(folder);
+}
+
+// The settings may name any folder. One directly below the root, and one that the home directory
+// lies in, are not ours.
+bool isOwnWorkingDirectory(const QString &path)
+{
+    const QString real = QFileInfo(path).canonicalFilePath() + QLatin1Char('/');
+    const QString home = QDir::home().canonicalPath() + QLatin1Char('/');
+    return real.count(QLatin1Char('/')) > 2 && !home.startsWith(real);
+}
+
 void makeTempDirectory(const QString &path, bool withPictures)
 {
     const QDir directory(Settings::instance()->absolute(path));
     makeDirectory(directory.path());
-    if (withPictures && directory.exists()) {
-        makeDirectory(directory.filePath(VaskSettings::picFileDir()));
+    const bool own = TemporaryData::isFolderOfItsOwn(directory.path());
+    if (own) {
+        closeToOthers(directory.path());
     }
+    if (withPictures && directory.exists()) {
+        const QString pictures = directory.filePath(VaskSettings::picFileDir());
+        makeDirectory(pictures);
+        if (own) {
+            closeToOthers(pictures);
+        }
+    }
+}
+
+bool isUsable(const QString &folder)
+{
+    return QFileInfo(folder).isDir() && faccessat(AT_FDCWD, QFile::encodeName(folder).constData(),
+                                                  R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 const QScreen *screenNumber(int number)
@@ -51,6 +98,18 @@ const QScreen *screenNumber(int number)
 
 } // namespace
 
+void Startup::keepToItself()
+{
+    umask(S_IRWXG | S_IRWXO);
+    // The bus's library would start "dbus-launch", which outlives the panel. It asks the session's
+    // own socket itself when there is one.
+    const QByteArray socket = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
+        access(socket.constData(), F_OK) != 0) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    }
+}
+
 void Startup::initTempDirectories()
 {
     const Settings *settings = Settings::instance();
@@ -58,23 +117,95 @@ void Startup::initTempDirectories()
         return;
     }
     makeDirectory(settings->absoluteWorkingDirectory());
+    if (isOwnWorkingDirectory(settings->absoluteWorkingDirectory())) {
+        closeToOthers(settings->absoluteWorkingDirectory());
+    }
     makeTempDirectory(settings->archiveTempDirectory(), true);
     makeTempDirectory(settings->sufferedTempDirectory(), false);
     makeTempDirectory(settings->onLineTempDirectory(), true);
     makeTempDirectory(settings->videoTempDirectory(), false);
 }
 
-std::unique_ptr<QLockFile> Startup::lockWorkingDirectory()
+QStringList Startup::unusableDirectories()
+{
+    const Settings *settings = Settings::instance();
+    if (settings == nullptr) {
+        return {};
+    }
+    const QString working = settings->absoluteWorkingDirectory();
+    if (!isUsable(working)) {
+        return {working};
+    }
+    const QString pictures = QLatin1Char('/') + VaskSettings::picFileDir();
+    QStringList folders = {
+        settings->archiveTempDirectory(),           settings->archiveTempDirectory() + pictures,
+        settings->sufferedTempDirectory(),          settings->onLineTempDirectory(),
+        settings->onLineTempDirectory() + pictures, settings->videoTempDirectory()};
+    for (QString &folder : folders) {
+        folder = settings->absolute(folder);
+    }
+    folders.removeDuplicates();
+    folders.erase(std::remove_if(folders.begin(), folders.end(), isUsable), folders.end());
+    return folders;
+}
+
+void Startup::tellUnusableDirectories(QWidget *frame)
+{
+    const QStringList folders = unusableDirectories();
+    if (folders.isEmpty()) {
+        return;
+    }
+    const QString text =
+        QCoreApplication::translate("Startup", "Nothing can be stored in these folders:");
+    QMetaObject::invokeMethod(
+        frame,
+        [frame, lines = QStringList(text) + folders] {
+            ErrorBrowser::error(QCoreApplication::translate("Startup", "Error"), lines, frame);
+        },
+        Qt::QueuedConnection);
+}
+
+std::unique_ptr<ProcessLock> Startup::lockWorkingDirectory()
 {
     const Settings *settings = Settings::instance();
     const QDir directory =
         settings != nullptr ? QDir(settings->absoluteWorkingDirectory()) : QDir::home();
-    auto lock = std::make_unique<QLockFile>(directory.filePath(QStringLiteral("stallo.lock")));
-    lock->setStaleLockTime(0);
-    if (!lock->tryLock(0) && lock->error() == QLockFile::LockFailedError) {
+    auto lock = std::make_unique<ProcessLock>(directory.filePath(QStringLiteral("stallo.lock")));
+    if (lock->isRefused()) {
         return nullptr;
     }
     return lock;
+}
+
+QString Startup::settleFormerRun()
+{
+    const Settings *settings = Settings::instance();
+    if (settings == nullptr) {
+        return QString();
+    }
+    const auto rescue =
+        RunMark::isLeft() ? RecoveredTables::rescue() : RecoveredTables::Rescue::Nothing;
+    RunMark::set();
+    for (const QString &folder :
+         {settings->archiveTempDirectory(), settings->sufferedTempDirectory(),
+          settings->videoTempDirectory()}) {
+        TemporaryData::removeTransfers(settings->absolute(folder));
+    }
+    switch (rescue) {
+    case RecoveredTables::Rescue::Done:
+        return QCoreApplication::translate("Startup", "The former table was kept:") +
+               QLatin1Char(' ') + RecoveredTables::newest();
+    case RecoveredTables::Rescue::Failed:
+        return QCoreApplication::translate("Startup", "The former table could not be kept.");
+    case RecoveredTables::Rescue::Nothing:
+        break;
+    }
+    return QString();
+}
+
+void Startup::markCleanEnd()
+{
+    RunMark::remove();
 }
 
 void Startup::restoreGeometry(QWidget &frame)
@@ -86,6 +217,7 @@ void Startup::restoreGeometry(QWidget &frame)
     }
     const auto stored = [settings](const char *key) { return settings->value(QLatin1String(key)); };
     QRect geometry(stored(positionKey).toPoint(), stored(readSizeKey).toSize());
+    geometry.setSize(geometry.size().boundedTo(QGuiApplication::primaryScreen()->virtualSize()));
     const QRect screen = screenNumber(stored(screenKey).toInt())->geometry();
     if (!screen.adjusted(0, 0, tolerance, tolerance).contains(geometry.topLeft())) {
         geometry.moveTo(0, 0);
@@ -139,7 +271,7 @@ void Startup::parseCmdLine(int argc, char **argv)
 void Startup::BoundedEnd::arm()
 {
     if (Settings *settings = Settings::instance()) {
-        settings->sync();
+        settings->store();
     }
     std::thread([over = over_] {
         std::this_thread::sleep_for(std::chrono::milliseconds(1500));

@@ -30,6 +30,8 @@
 namespace
 {
 
+constexpr int mostFreeingMsec = 20;
+
 QString tableFile()
 {
     const Settings *settings = Settings::instance();
@@ -194,6 +196,7 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
         index_.open(model_->indexFile(), QIODevice::WriteOnly);
     }
     const bool indexed = index_.write(model_->rowCount(), event.vaskId());
+    recovered_.makeRoom(mostFreeingMsec); // what a former run left goes before what comes now
     model_->freeSpace();
     if (!indexed) {
         index_.write(model_->rowCount(), event.vaskId()); // there may be room now

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "net/threadrun.h"
+#include "pages/recoveredtables.h"
 #include "pages/tablecolumns.h"
 #include "pages/tablesave.h"
 #include "records/deviceindex.h"
@@ -106,7 +107,8 @@ private:
     std::array<std::unique_ptr<OnlineChannel>, 2> channels_;
     QMenu *menu_ = nullptr; // a child of the table
     DeviceIndex index_;     // opened by the first passage
-    TableSnapshot saving_;  // written before a save starts, read by it
+    RecoveredTables recovered_;
+    TableSnapshot saving_; // written before a save starts, read by it
     std::unique_ptr<SaveThread> save_;
     bool settingCurrent_ = false;
     bool reportingFullDisk_ = false;

@@ -956,6 +956,25 @@
     </message>
 </context>
 <context>
+    <name>Startup</name>
+    <message>
+        <source>Nothing can be stored in these folders:</source>
+        <translation>В эти папки нельзя записывать:</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>The former table was kept:</source>
+        <translation>Прежняя таблица сохранена:</translation>
+    </message>
+    <message>
+        <source>The former table could not be kept.</source>
+        <translation>Прежнюю таблицу сохранить не удалось.</translation>
+    </message>
+</context>
+<context>
     <name>SufferedNumbersWidget</name>
     <message>
         <source>Append to Vask</source>

@@ -4,6 +4,8 @@
 #include "app/mainwindow.h"
 #include "app/settings.h"
 #include "tests/support/devices.h"
+#include "tests/support/modalanswers.h"
+#include "tests/support/plainuser.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -12,6 +14,7 @@
 #include <QStackedWidget>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
 #include <vector>
 
 namespace
@@ -118,6 +121,154 @@ private Q_SLOTS:
         QVERIFY(Startup::lockWorkingDirectory());
     }
 
+    void lockFileHoldsNobodyOffByItself_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        const QByteArray self = QByteArray::number(QCoreApplication::applicationPid());
+        const QByteArray program =
+            QFileInfo(QCoreApplication::applicationFilePath()).fileName().toUtf8();
+        const QByteArray host = QSysInfo::machineHostName().toUtf8();
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("rubbish") << QByteArray("\0\xFF\n\n\n%1", 7);
+        QTest::newRow("long") << QByteArray(1000000, '7');
+        QTest::newRow("half a line") << self;
+        QTest::newRow("of another host") << QByteArray(self + "\nstallo\nelsewhere\n");
+        // After a power cut the same numbers come again.
+        QTest::newRow("of this process") << QByteArray(self + '\n' + program + '\n' + host + '\n');
+    }
+    void lockFileHoldsNobodyOffByItself()
+    {
+        QFETCH(QByteArray, content);
+        Startup::initTempDirectories();
+        QFile file(QDir::home().filePath(QStringLiteral("Stallo/stallo.lock")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+        file.close();
+        QVERIFY(file.setPermissions(QFile::Permissions()));
+        auto lock = Startup::lockWorkingDirectory();
+        QVERIFY(lock && lock->isLocked());
+        QVERIFY(!Startup::lockWorkingDirectory());
+        lock.reset();
+        QVERIFY(!file.exists());
+    }
+
+    // Former versions, and programs that look whether a panel runs, use the toolkit's lock.
+    void keepsTheToolkitsLockOut()
+    {
+        Startup::initTempDirectories();
+        QLockFile toolkit(QDir::home().filePath(QStringLiteral("Stallo/stallo.lock")));
+        toolkit.setStaleLockTime(0);
+        QVERIFY(toolkit.tryLock(0));
+        QVERIFY(!Startup::lockWorkingDirectory());
+        toolkit.unlock();
+        const auto lock = Startup::lockWorkingDirectory();
+        QVERIFY(lock && lock->isLocked());
+        QVERIFY(!toolkit.tryLock(0));
+        QCOMPARE(toolkit.error(), QLockFile::LockFailedError);
+        qint64 process = 0;
+        QString host;
+        QString program;
+        QVERIFY(toolkit.getLockInfo(&process, &host, &program));
+        QCOMPARE(process, QCoreApplication::applicationPid());
+    }
+
+    void makesDirectoriesForTheUserAlone()
+    {
+        const auto rights = [](const char *path) {
+            struct stat is = {};
+            const QByteArray name = QFile::encodeName(
+                QDir::home().filePath(QStringLiteral("Stallo") + QString::fromLatin1(path)));
+            return stat(name.constData(), &is) == 0 ? is.st_mode & 0777 : 0;
+        };
+        const char *const made[] = {"",
+                                    "/ArchiveTemp",
+                                    "/ArchiveTemp/jpegdata",
+                                    "/OnLineTemp",
+                                    "/OnLineTemp/jpegdata",
+                                    "/SufferedTemp",
+                                    "/VideoTemp"};
+        // Those of a former version are narrowed.
+        for (const mode_t before : {mode_t{0777}, mode_t{0755}, mode_t{0770}}) {
+            Startup::initTempDirectories();
+            for (const char *path : made) {
+                QCOMPARE(int(rights(path)), 0700);
+            }
+            for (const char *path : made) {
+                const QString name =
+                    QDir::home().filePath(QStringLiteral("Stallo")) + QString::fromLatin1(path);
+                QCOMPARE(chmod(QFile::encodeName(name).constData(), before), 0);
+            }
+        }
+    }
+
+    void leavesRightsOfOtherFolders()
+    {
+        const auto rights = [](const QString &path) {
+            struct stat is = {};
+            return stat(QFile::encodeName(path).constData(), &is) == 0 ? is.st_mode & 0777 : 0;
+        };
+        const QString home = QDir::homePath();
+        QCOMPARE(chmod(QFile::encodeName(home).constData(), 0755), 0);
+        QVERIFY(QDir::home().mkdir(QStringLiteral("other")));
+        const QString other = QDir::home().filePath(QStringLiteral("other"));
+        QCOMPARE(chmod(QFile::encodeName(other).constData(), 0755), 0);
+        const QString link = QDir::home().filePath(QStringLiteral("link"));
+        QVERIFY(QFile::link(other, link));
+        Settings::instance()->setWorkingDirectory(home);
+        Settings::instance()->setVideoTempDirectory(home);
+        Settings::instance()->setSufferedTempDirectory(link);
+        Startup::initTempDirectories();
+        QCOMPARE(int(rights(home)), 0755);
+        QCOMPARE(int(rights(other)), 0755);
+        QVERIFY(QFile::remove(link));
+    }
+
+    void tellsWhatCannotBeUsed_data()
+    {
+        QTest::addColumn<QString>("inTheWay");
+        QTest::addColumn<QString>("told");
+        for (const char *path :
+             {"Stallo", "Stallo/OnLineTemp", "Stallo/ArchiveTemp/jpegdata", "Stallo/VideoTemp"}) {
+            QTest::newRow(path) << QString::fromLatin1(path) << QString::fromLatin1(path);
+        }
+        QTest::newRow("nothing") << QString() << QString();
+    }
+    void tellsWhatCannotBeUsed()
+    {
+        QFETCH(QString, inTheWay);
+        QFETCH(QString, told);
+        if (!inTheWay.isEmpty()) {
+            QVERIFY(QDir::home().mkpath(QFileInfo(inTheWay).path()));
+            QFile file(QDir::home().filePath(inTheWay));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        Startup::initTempDirectories();
+        QWidget frame;
+        ModalAnswers answers;
+        QString title;
+        QString text;
+        if (!told.isEmpty()) {
+            answers.expect(ModalAnswers::reading(&title, &text));
+        }
+        Startup::tellUnusableDirectories(&frame);
+        QTRY_COMPARE(answers.left(), 0);
+        QCOMPARE(title, told.isEmpty() ? QString() : QStringLiteral("Error"));
+        QVERIFY2(text.contains(QDir::home().filePath(told)) != told.isEmpty(), qPrintable(text));
+        QFile::remove(QDir::home().filePath(inTheWay));
+    }
+
+    void tellsWhatCannotBeWritten()
+    {
+        Startup::initTempDirectories();
+        const QString folder = QDir::home().filePath(QStringLiteral("Stallo"));
+        QCOMPARE(Startup::unusableDirectories(), QStringList());
+        const PlainUser user; // to whom it is not open
+        if (!PlainUser::isOne()) {
+            QSKIP("root cannot give its rights up here");
+        }
+        QCOMPARE(Startup::unusableDirectories(), QStringList(folder));
+    }
+
     void startsWithoutLockWhereNoneCanBe()
     {
         Settings::instance()->setWorkingDirectory(QDir::home().filePath(QStringLiteral("missing")));
@@ -144,7 +295,8 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, stored);
         Settings::instance()->setValue(QStringLiteral("LastWindowPosition"), stored);
-        Settings::instance()->setValue(QStringLiteral("LastWindowSize"), QSize(1100, 600));
+        const QSize size(1024, 600); // the smallest width, though the screen may be narrower
+        Settings::instance()->setValue(QStringLiteral("LastWindowSize"), size);
         Settings::instance()->setValue(QStringLiteral("LastWindowScreen"),
                                        7); // there is none: the primary one
         QWidget frame(nullptr, Qt::FramelessWindowHint);
@@ -152,7 +304,29 @@ private Q_SLOTS:
         Startup::restoreGeometry(frame);
         QVERIFY(frame.isVisible());
         QTEST(frame.pos(), "restored");
-        QCOMPARE(frame.size(), QSize(1100, 600));
+        QCOMPARE(frame.size(), size);
+    }
+
+    void boundsSizeToTheScreens_data()
+    {
+        const QSize all = QGuiApplication::primaryScreen()->virtualSize();
+        QTest::addColumn<QSize>("stored");
+        QTest::addColumn<QSize>("restored");
+        QTest::newRow("smaller") << all - QSize(10, 20) << all - QSize(10, 20);
+        QTest::newRow("as large") << all << all;
+        QTest::newRow("wider") << QSize(all.width() + 1, 300) << QSize(all.width(), 300);
+        QTest::newRow("huge") << QSize(40000, 40000) << all;
+        QTest::newRow("largest number") << QSize(0x7FFFFFFF, 0x7FFFFFFF) << all;
+        QTest::newRow("negative") << QSize(-40000, -1) << QSize(100, 50);
+    }
+    void boundsSizeToTheScreens()
+    {
+        QFETCH(QSize, stored);
+        Settings::instance()->setValue(QStringLiteral("LastWindowSize"), stored);
+        QWidget frame(nullptr, Qt::FramelessWindowHint);
+        frame.setMinimumSize(100, 50);
+        Startup::restoreGeometry(frame);
+        QTEST(frame.size(), "restored");
     }
 
     void startsSmallestWithoutStoredSize()

@@ -120,6 +120,8 @@ PanelForms::PanelForms()
     frame_ = std::make_unique<BrelWindow>();
     topLevelBrelWindow = frame_.get();
     window_ = std::make_unique<MainWindow>();
+    window_->showNotice(QCoreApplication::translate("Startup", "The former table was kept:") +
+                        QStringLiteral(" Recovered/2026-12-30_20-58-58"));
     frame_->setCentralWidget(window_.get());
     frame_->setWindowTitle(QStringLiteral("<i>%1 </i>").arg(window_->windowTitle()));
     auto *style = new BrelStyle;
