@@ -54,7 +54,7 @@ void RunMark::set()
 
 void RunMark::remove()
 {
-    if (!folder().isEmpty() && unlink(mark().constData()) == 0) {
-        flushFolder();
+    if (!folder().isEmpty()) {
+        unlink(mark().constData());
     }
 }

@@ -13,8 +13,9 @@ namespace RunMark
 // Whether a former run has left its mark.
 bool isLeft();
 
-// On the disk when they return.
+// On the disk when it returns.
 void set();
+// At the latest on the disk when that is unmounted; the end of the program does not wait for it.
 void remove();
 
 } // namespace RunMark

@@ -15,6 +15,7 @@
 #include "tests/support/testmain.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QStackedWidget>
 #include <QStatusBar>
 
@@ -42,6 +43,26 @@ private Q_SLOTS:
         QVERIFY(MainWindow::activeWindow() == nullptr);
         frame_.reset();
         QVERIFY(topLevelBrelWindow == nullptr);
+    }
+
+    void noticeStaysOnAllPages()
+    {
+        const auto *notice = window_->findChild<QLabel *>(QStringLiteral("labelNotice"));
+        QVERIFY(notice != nullptr);
+        QVERIFY(!notice->isVisible());
+        const QString text = QStringLiteral("kept in <b>Recovered</b>");
+        window_->showNotice(text);
+        for (const auto show :
+             {&MainWindow::showArchive, &MainWindow::showSuffered, &MainWindow::showOnLine}) {
+            (window_.get()->*show)();
+            window_->statusBar()->showMessage(QStringLiteral("what is under the pointer"));
+            QVERIFY(notice->isVisible());
+            QCOMPARE(notice->text(), text);
+            QCOMPARE(notice->textFormat(), Qt::PlainText);
+            QVERIFY(window_->statusBar()->rect().contains(notice->geometry()));
+        }
+        window_->showNotice(QString());
+        QVERIFY(!notice->isVisible());
     }
 
     void beginsOnArchive()

@@ -172,6 +172,61 @@ private Q_SLOTS:
         QCOMPARE(process, QCoreApplication::applicationPid());
     }
 
+    void settlesTheFormerRun()
+    {
+        const auto leaveTable = [] {
+            QFile table(QDir::home().filePath(QStringLiteral("Stallo/OnLineTemp/tmponline.tpp")));
+            return table.open(QIODevice::WriteOnly) && table.write(QByteArray(116, 'x')) == 116;
+        };
+        Startup::initTempDirectories();
+        QVERIFY(leaveTable());
+        QCOMPARE(Startup::settleFormerRun(), QString()); // which ended, or left no word
+        QVERIFY(leaveTable());
+        Startup::markCleanEnd();
+        QCOMPARE(Startup::settleFormerRun(), QString());
+        // This run is killed.
+        const QString notice = Startup::settleFormerRun();
+        const QStringList kept = QDir(QDir::home().filePath(QStringLiteral("Stallo/Recovered")))
+                                     .entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QCOMPARE(kept.size(), 1);
+        QCOMPARE(notice, QStringLiteral("The former table was kept: Recovered/") + kept.first());
+        QCOMPARE(Startup::settleFormerRun(), QString()); // and this one had no passage
+        QVERIFY(leaveTable());
+        QVERIFY(
+            QDir(QDir::home().filePath(QStringLiteral("Stallo/Recovered"))).removeRecursively());
+        QFile inTheWay(QDir::home().filePath(QStringLiteral("Stallo/Recovered")));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        QCOMPARE(Startup::settleFormerRun(), QStringLiteral("The former table could not be kept."));
+    }
+
+    void deletesWhatKilledTransfersLeft()
+    {
+        Startup::initTempDirectories();
+        const QDir working(QDir::home().filePath(QStringLiteral("Stallo")));
+        const auto make = [&working](const QString &name) {
+            QFile file(working.filePath(name));
+            return working.mkpath(QFileInfo(name).path()) && file.open(QIODevice::WriteOnly);
+        };
+        const QStringList left = {QStringLiteral("ArchiveTemp/stallo-transfer-aB3dEf/archive.tpp"),
+                                  QStringLiteral("SufferedTemp/stallo-transfer-000000/list"),
+                                  QStringLiteral("VideoTemp/stallo-transfer-zzzzzz")};
+        const QStringList others = {QStringLiteral("SufferedTemp/stallo-transfer-of mine"),
+                                    QStringLiteral("SufferedTemp/tmpaccessbase.tpa"),
+                                    QStringLiteral("VideoTemp/video0.jpeg")};
+        for (const QString &name : left + others) {
+            QVERIFY2(make(name), qPrintable(name));
+        }
+        Startup::settleFormerRun();
+        for (const QString &name : left) {
+            QVERIFY2(!working.exists(name), qPrintable(name));
+        }
+        for (const QString &name : others) {
+            QVERIFY2(working.exists(name), qPrintable(name));
+        }
+        QVERIFY(!working.exists(QStringLiteral("ArchiveTemp/stallo-transfer-aB3dEf")));
+        QVERIFY(!working.exists(QStringLiteral("SufferedTemp/stallo-transfer-000000")));
+    }
+
     void makesDirectoriesForTheUserAlone()
     {
         const auto rights = [](const char *path) {
