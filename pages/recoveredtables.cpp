@@ -238,7 +238,9 @@ bool RecoveredTables::removeNext()
     }
     Scan scan;
     if (row_ < rows_->count() && rows_->read(row_, scan.data())) {
-        QFile::remove(ArchiveFiles::photo(rows_->fileName(), scan));
+        // That of another device with the same name goes with the rest.
+        QFile::remove(ArchiveFiles::photosOf(rows_->fileName()) + QLatin1Char('/') +
+                      VaskSettings::picFileName(scan));
         ++row_;
         return true;
     }

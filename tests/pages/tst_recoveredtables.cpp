@@ -94,7 +94,8 @@ private:
             QCOMPARE(model.index(row, ScanModel::DeviceColumn).data().toString(),
                      QStringLiteral("gate %1").arg(first + row));
             const Scan scan(OnlinePage::record(first + row));
-            QCOMPARE(ArchivePage::content(ArchiveFiles::photo(table(name), scan)),
+            const QString id = QStringLiteral("gate %1").arg(first + row);
+            QCOMPARE(ArchivePage::content(ArchiveFiles::photo(table(name), scan, id)),
                      photo(first + row));
         }
     }
