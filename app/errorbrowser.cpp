@@ -2,6 +2,7 @@
 #include "app/errorbrowser.h"
 
 #include "style/metrics.h"
+#include "style/richtext.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -22,6 +23,19 @@ bool hasTags(const QString &text)
                        [](const QString &line) { return Qt::mightBeRichText(line); });
 }
 
+// As plain text. Breaking one line of a device's 64 KiB without a blank takes seconds.
+QString withoutLongLines(const QString &text)
+{
+    constexpr int longest = 4096;
+    QStringList lines = text.split(QLatin1Char('\n'));
+    for (QString &line : lines) {
+        if (line.size() > longest) {
+            line = line.left(longest) + QChar(0x2026); // an ellipsis
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 // A text may come from a device: what it names is neither read nor fetched. A picture must not be
 // null, or the toolkit goes and reads the file itself.
 class ClosedBrowser : public QTextBrowser
@@ -39,8 +53,8 @@ public:
 
 void fill(QTextBrowser &browser, QString text)
 {
-    if (!hasTags(text)) {
-        browser.setPlainText(text);
+    if (!hasTags(text) || !RichText::isSimple(text)) {
+        browser.setPlainText(withoutLongLines(text));
         return;
     }
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));

@@ -5,7 +5,8 @@
 
 // The one error dialog of all pages: a scrolling text and a button. A text with tags is shown as
 // HTML, its line ends as breaks; any other as plain text, so that a "<" from a device or a file
-// name stays a "<". Links and pictures in the text are not followed.
+// name stays a "<", and so is one whose tags ask for too much. Links and pictures in the text are
+// not followed.
 //
 // Lives on the stack of error(), which returns when the operator closes it. GUI thread.
 class ErrorBrowser : public QDialog

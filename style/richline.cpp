@@ -3,6 +3,7 @@
 
 #include "style/contrast.h"
 #include "style/metrics.h"
+#include "style/richtext.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QEvent>
@@ -13,6 +14,13 @@
 #include <QTextCursor>
 
 #include <cmath>
+
+namespace
+{
+
+constexpr int longestPlain = 500; // more than any screen is wide
+
+} // namespace
 
 RichLine::RichLine(QWidget *parent)
     : QWidget(parent)
@@ -57,7 +65,8 @@ QSize RichLine::minimumSizeHint() const
 void RichLine::build()
 {
     document_.setDefaultFont(font());
-    document_.setHtml(text_);
+    shown_ = RichText::isSimple(text_) ? text_ : text_.left(longestPlain).toHtmlEscaped();
+    document_.setHtml(shown_);
     makeReadable();
     document_.setTextWidth(-1);
     fullWidth_ = static_cast<int>(std::ceil(document_.idealWidth())) + 1;
@@ -103,7 +112,7 @@ void RichLine::fit()
     }
     // Alignment in the text needs a width to refer to.
     document_.setTextWidth(document_.idealWidth());
-    setToolTip(isCut() ? text_ : QString());
+    setToolTip(isCut() ? shown_ : QString());
     update();
 }
 

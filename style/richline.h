@@ -37,6 +37,7 @@ private:
     void makeReadable();
 
     QString text_;
+    QString shown_; // the text, or a part of it as it stands
     QTextDocument document_;
     int fullWidth_ = 0;
 };
