@@ -72,8 +72,8 @@ void TestPhotoDecoder::viewsInTurns()
     ask(&second_, photo(20));
     QTRY_COMPARE(arrived_.size(), 2);
     PhotoGate gate(decoder_);
-    ask(&second_, photo(30));
     ask(&first_, photo(40));
+    ask(&second_, photo(30));
     ask(&third_, photo(50));
     gate.open();
     QTRY_COMPARE(arrived_.size(), 5);
