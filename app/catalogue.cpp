@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/catalogue.h"
 
+#include "app/cataloguefile.h"
+
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -9,9 +12,13 @@
 Catalogue::Catalogue(const QString &baseName, const QStringList &furtherFolders)
 {
     const QString name = baseName + QLocale::system().name();
-    bool loaded = translator_.load(name);
+    const auto load = [this, &name](const QString &folder) {
+        const QString file = CatalogueFile::find(name, folder);
+        return !file.isEmpty() && CatalogueFile::isSound(file) && translator_.load(file);
+    };
+    bool loaded = load(QDir::currentPath());
     for (const QString &folder : furtherFolders) {
-        loaded = loaded || translator_.load(name, folder);
+        loaded = loaded || load(folder);
     }
     QCoreApplication::installTranslator(&translator_);
 }
