@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "pages/photofiles.h"
+#include "pages/sourceguard.h"
 #include "pages/tableload.h"
 #include "pages/wholefile.h"
 #include "records/accesscsv.h"
@@ -48,7 +49,7 @@ QString AccessFiles::copy(const QString &list, const QString &name)
         return tr("Destination file exists");
     }
     WholeFile file(name);
-    const QString error = file.copyBeginning(list, QFile(list).size());
+    const QString error = file.copyUnchanged(list, QFile(list).size());
     return error.isEmpty() ? file.commit() : error;
 }
 
@@ -64,11 +65,15 @@ QString AccessFiles::saveCsv(const QString &list, const QStringList &titles, con
     const CSV codec;
     QByteArray text = titles.join(QLatin1Char(';')).toLocal8Bit();
     Access access;
-    for (int row = 0; row < entries.count(); ++row) {
+    const int count = entries.count();
+    for (int row = 0; row < count && row < entries.count(); ++row) {
         if (!entries.read(row, access.data())) {
             return entries.errorString();
         }
         text += '\n' + codec.encodeRecord(AccessCsv::fields(access)).toLocal8Bit();
+    }
+    if (entries.count() != count) {
+        return SourceGuard::changed();
     }
     WholeFile file(name);
     QString error = file.open();

@@ -472,10 +472,13 @@ void ArchiveWidget::savePhoto()
     if (name.isEmpty()) {
         return;
     }
-    const QString error = PhotoFiles::copy(photo, name);
-    if (!error.isEmpty()) {
-        ErrorBrowser::error(tr("Error"), error, this);
-    }
+    savedPhoto_ = photo;
+    start(&ArchiveWidget::savePhotoToFile, name);
+}
+
+QString ArchiveWidget::savePhotoToFile(QString name)
+{
+    return PhotoFiles::copyFlushed(savedPhoto_, name);
 }
 
 void ArchiveWidget::setDeviceString()

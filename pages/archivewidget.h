@@ -51,6 +51,7 @@ public:
     QString loadTableFromCSVFile(QString name);
     QString saveTableToDatFile(QString name);
     QString saveTableToCSVFile(QString name);
+    QString savePhotoToFile(QString name);
     // Saves the dump in a folder of its name in the working directory, then empties the table.
     QString saveTableToDatFileAndClear(QString name);
     // The folder in base for the photos of the table called name; without a name, of this table.
@@ -125,6 +126,7 @@ private:
 
     // Written before a job starts, read by it.
     TableSnapshot jobTable_;
+    QString savedPhoto_;
     ArchiveRequest request_;
 
     TableOrigin origin_;

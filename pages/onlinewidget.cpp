@@ -379,9 +379,11 @@ void OnLineWidget::threadFinished()
     }
     save_->wait();
     const QString result = save_->result();
+    const bool wasPhoto = !savedPhoto_.isEmpty();
+    savedPhoto_.clear();
     save_.reset();
     showBusy(false);
-    if (result.contains(QStringLiteral("Error="))) {
+    if (result.contains(QStringLiteral("Error=")) || (wasPhoto && !result.isEmpty())) {
         ErrorBrowser::error(tr("Error"), result, this);
     } else if (!result.isEmpty()) {
         ErrorBrowser::error(
@@ -445,16 +447,16 @@ void OnLineWidget::savePhoto()
     if (name.isEmpty()) {
         return;
     }
-    showBusy(true);
-    const QString error = PhotoFiles::copy(photo, name);
-    showBusy(false);
-    if (!error.isEmpty()) {
-        ErrorBrowser::error(tr("Error"), error, this);
-    }
+    savedPhoto_ = photo;
+    startSave(&OnLineWidget::savePhotoToFile, name);
+}
+
+QString OnLineWidget::savePhotoToFile(QString name)
+{
+    return PhotoFiles::copyFlushed(savedPhoto_, name);
 }
 
 void OnLineWidget::showBusy(bool busy)
 {
     ui_->stackedWidget->setCurrentWidget(busy ? ui_->busyPage : ui_->basePage);
-    ui_->stackedWidget->repaint(); // before the copy of a photo, which blocks
 }

@@ -51,6 +51,7 @@ public:
     // when nothing did. Called in the GUI thread they take the table as it is now.
     QString saveTableToDatFile(QString name);
     QString saveTableToCSVFile(QString name);
+    QString savePhotoToFile(QString name);
     QString createPhotoDirs(const QString &folder);
     QString copyPhotos(const QString &folder);
 
@@ -109,6 +110,7 @@ private:
     DeviceIndex index_;     // opened by the first passage
     RecoveredTables recovered_;
     TableSnapshot saving_; // written before a save starts, read by it
+    QString savedPhoto_;   // likewise; empty while it is not a photo that is saved
     std::unique_ptr<SaveThread> save_;
     bool settingCurrent_ = false;
     bool reportingFullDisk_ = false;

@@ -17,8 +17,11 @@ QString path(const QString &folder, const QString &pictureFolder, const Scan &sc
 // Makes the picture folder in folder where it does not exist; false when it cannot be made.
 bool makeFolder(const QString &folder, const QString &pictureFolder);
 
-// Copies over whatever stands at the destination. Empty, or the error's text; a file onto itself is
-// refused and stays.
+// Copies over whatever stands at the destination, which is replaced in one step. Empty, or the
+// error's text; a file onto itself is refused and stays. Ends with a text when the thread is
+// interrupted. The flushed copy is on the disk then; for the other one the caller flushes the file
+// system behind the last of many.
+QString copyFlushed(const QString &source, const QString &destination);
 QString copy(const QString &source, const QString &destination);
 
 // Whether both names mean one existing file.

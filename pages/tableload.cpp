@@ -2,6 +2,8 @@
 #include "pages/tableload.h"
 
 #include "net/socketwait.h"
+#include "pages/indexaside.h"
+#include "pages/sourceguard.h"
 #include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/passagecsv.h"
@@ -31,6 +33,7 @@ QByteArray readLine(QFile &source)
 
 QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &progress)
 {
+    const SourceGuard guard(source);
     const CSV codec;
     int shown = -1;
     readLine(source); // the titles
@@ -40,7 +43,9 @@ QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &pr
         }
         const QByteArray line = readLine(source);
         if (line.isEmpty()) {
-            return tr("The file cannot be read to its end"); // the stick was pulled out
+            // The stick was pulled out, or the file has become shorter.
+            const QString change = guard.error();
+            return change.isEmpty() ? tr("The file cannot be read to its end") : change;
         }
         const QStringList fields = codec.decodeRecord(QString::fromLocal8Bit(line));
         if (fields.size() > 1 || !fields.first().isEmpty()) {
@@ -55,7 +60,7 @@ QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &pr
             progress(shown);
         }
     }
-    return QString();
+    return guard.error();
 }
 
 QString TableLoad::refusal(const QString &name)
@@ -90,10 +95,15 @@ QString TableLoad::csv(const QString &source, const QString &recordFile, const P
         error = records.write(passages);
     }
     if (error.isEmpty()) {
-        error = records.commit();
+        error = records.flush();
     }
+    if (!error.isEmpty()) {
+        return error;
+    }
+    IndexAside former(ScanModel::indexFileOf(recordFile));
+    error = former.error().isEmpty() ? records.putInPlace() : former.error();
     if (error.isEmpty()) {
-        QFile::remove(ScanModel::indexFileOf(recordFile));
+        former.drop();
     }
     return error;
 }

@@ -2,10 +2,14 @@
 #include "pages/tablesave.h"
 
 #include "net/socketwait.h"
+#include "pages/dumpneighbour.h"
+#include "pages/indexaside.h"
 #include "pages/photofiles.h"
+#include "pages/sourceguard.h"
 #include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/deviceindex.h"
+#include "records/flush.h"
 #include "records/localtext.h"
 #include "records/passagecsv.h"
 #include "records/photoname.h"
@@ -40,25 +44,35 @@ QString TableSave::dump(const TableSnapshot &table, const QString &name)
             return tr("Destination file exists");
         }
     }
-    // Both are written before one appears: an older dump keeps its own index.
+    const QString refusal = DumpNeighbour::refusal(name);
+    if (!refusal.isEmpty()) {
+        return refusal;
+    }
+    // Both are on the disk before one appears: an older dump keeps its own index.
     WholeFile records(name);
     WholeFile index(indexName);
     QString error = records.copyBeginning(table.recordFile, qint64(table.rows) * Scan::size);
     if (error.isEmpty()) {
         // It may have fewer entries than the table has rows.
-        error = index.copyBeginning(table.indexFile, qint64(table.rows) * DeviceIndex::entrySize);
+        error = index.copyUpTo(table.indexFile, qint64(table.rows) * DeviceIndex::entrySize);
     }
     if (error.isEmpty()) {
-        error = records.commit();
+        error = records.flush();
+    }
+    if (error.isEmpty()) {
+        error = index.flush();
     }
     if (!error.isEmpty()) {
         return error;
     }
-    error = index.commit();
+    IndexAside former(indexName);
+    error = former.error().isEmpty() ? records.putInPlace() : former.error();
     if (!error.isEmpty()) {
-        QFile::remove(indexName); // that of the older dump would name other devices
+        return error;
     }
-    return error;
+    former.drop();
+    error = index.putInPlace();
+    return error.isEmpty() ? Flush::folderOf(name) : error;
 }
 
 QString TableSave::plainCsv(const TableSnapshot &table, const QString &name)
@@ -113,6 +127,7 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
     RecordFile index(table.indexFile, DeviceIndex::entrySize);
     index.open(QIODevice::ReadOnly); // without it there are no identifiers
     int row = 0;
+    bool copied = false;
     const auto copy = [&](const Scan &scan) {
         char entry[DeviceIndex::entrySize] = {};
         const QString id = index.read(row++, entry)
@@ -122,10 +137,14 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
             PhotoName::path(from, VaskSettings::picFileName(scan), id).mid(from.size());
         if (QFileInfo::exists(from + name) && !PhotoFiles::isSameFile(from + name, to + name)) {
             errors << PhotoFiles::copy(from + name, to + name);
+            copied = true;
         }
         return true;
     };
     errors << forEachPassage(table, copy, progress);
+    if (copied) {
+        errors << Flush::fileSystemOf(to); // all at once: one by one they would take much longer
+    }
     errors.removeAll(QString());
     return errors.join(QLatin1Char('\n'));
 }
@@ -145,7 +164,7 @@ QString TableSave::forEachPassage(const TableSnapshot &table,
             return tr("Interrupted");
         }
         if (!file.read(row, scan.data())) {
-            return file.errorString();
+            return file.count() <= row ? SourceGuard::changed() : file.errorString();
         }
         if (!action(scan)) {
             break;

@@ -41,9 +41,9 @@ public:
     static QString plainCsv(const TableSnapshot &table, const QString &name);
     static QString csv(const TableSnapshot &table, const QString &name, const Progress &progress);
 
-    // The photos that are there, from one folder into another, which exists. One that cannot be
-    // copied does not stop the rest; the texts, joined by line ends. Each row's is that of its own
-    // device, and what only keeps the place of one goes along; see PhotoName.
+    // The photos that are there, from one folder into another, which exists, and onto its disk. One
+    // that cannot be copied does not stop the rest; the texts, joined by line ends. Each row's is
+    // that of its own device, and what only keeps the place of one goes along; see PhotoName.
     static QString photos(const TableSnapshot &table, const QString &from, const QString &to,
                           const Progress &progress = Progress());
 

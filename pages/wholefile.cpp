@@ -2,7 +2,10 @@
 #include "pages/wholefile.h"
 
 #include "net/socketwait.h"
+#include "pages/sourceguard.h"
 #include "records/filewrite.h"
+#include "records/flush.h"
+
 #include <QFile>
 
 namespace
@@ -29,25 +32,68 @@ QString WholeFile::write(const QByteArray &bytes)
 
 QString WholeFile::commit()
 {
+    QString error = flush();
+    if (error.isEmpty()) {
+        error = putInPlace();
+    }
+    return error.isEmpty() ? Flush::folderOf(file_.fileName()) : error;
+}
+
+QString WholeFile::flush()
+{
+    return Flush::file(file_.handle());
+}
+
+QString WholeFile::putInPlace()
+{
     return file_.commit() ? QString() : reason();
 }
 
 QString WholeFile::copyBeginning(const QString &source, qint64 bytes)
 {
     QFile from(source);
+    qint64 missing = 0;
+    const QString error = copy(from, bytes, &missing);
+    return error.isEmpty() && missing > 0 ? SourceGuard::changed() : error;
+}
+
+QString WholeFile::copyUpTo(const QString &source, qint64 bytes)
+{
+    QFile from(source);
+    qint64 missing = 0;
+    return copy(from, bytes, &missing);
+}
+
+QString WholeFile::copyUnchanged(const QString &source, qint64 bytes)
+{
+    QFile from(source);
     if (!from.open(QIODevice::ReadOnly)) {
         return from.errorString();
     }
+    const SourceGuard guard(from);
+    qint64 missing = 0;
+    const QString error = copy(from, bytes, &missing);
+    return error.isEmpty() && missing > 0 ? SourceGuard::changed()
+           : error.isEmpty()              ? guard.error()
+                                          : error;
+}
+
+QString WholeFile::copy(QFile &source, qint64 bytes, qint64 *missing)
+{
+    if (!source.isOpen() && !source.open(QIODevice::ReadOnly)) {
+        return source.errorString();
+    }
     QString error = open();
-    for (qint64 rest = bytes; rest > 0 && error.isEmpty();) {
-        const QByteArray piece = from.read(qMin(rest, copyStep));
-        if (from.error() != QFileDevice::NoError) {
-            return from.errorString();
+    *missing = bytes;
+    while (*missing > 0 && error.isEmpty()) {
+        const QByteArray piece = source.read(qMin(*missing, copyStep));
+        if (source.error() != QFileDevice::NoError) {
+            return source.errorString();
         }
         if (piece.isEmpty()) {
             break;
         }
-        rest -= piece.size();
+        *missing -= piece.size();
         error = SocketWait::interrupted() ? tr("Interrupted") : write(piece);
     }
     return error;

@@ -159,7 +159,8 @@ bool RecordFile::copyRange(qint64 from, qint64 to, QFile &destination)
 bool RecordFile::putInPlace(QFile &beside, const QString &name)
 {
     const QByteArray from = QFile::encodeName(beside.fileName());
-    if (!beside.setPermissions(file_.permissions()) || !Flush::file(beside.handle()).isEmpty() ||
+    beside.setPermissions(file_.permissions()); // where the file system has any
+    if (!Flush::file(beside.handle()).isEmpty() ||
         std::rename(from.constData(), QFile::encodeName(name).constData()) != 0) {
         return false;
     }

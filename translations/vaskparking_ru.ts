@@ -437,6 +437,17 @@
     </message>
 </context>
 <context>
+    <name>DlgSetupNetwork</name>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Can't store the network settings</source>
+        <translation>Не удалось сохранить настройки сети</translation>
+    </message>
+</context>
+<context>
     <name>DumpFolder</name>
     <message>
         <source>The dump has already been created</source>
@@ -445,6 +456,13 @@
     <message>
         <source>Can&apos;t create dump directory</source>
         <translation>Не удалось создать папку дампа</translation>
+    </message>
+</context>
+<context>
+    <name>DumpNeighbour</name>
+    <message>
+        <source>The dump %1 has its index and photos under the same name. Please save as %2.</source>
+        <translation>У дампа %1 такие же имена индекса и папки с фото. Сохраните под именем %2.</translation>
     </message>
 </context>
 <context>
@@ -953,6 +971,13 @@
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>SourceGuard</name>
+    <message>
+        <source>The file changed while it was being read</source>
+        <translation>Файл изменился во время чтения</translation>
     </message>
 </context>
 <context>

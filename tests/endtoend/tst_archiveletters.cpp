@@ -170,6 +170,7 @@ void TestArchiveLetters::findsPhotos()
     }
     page_->answers().expect(ModalAnswers::savingAs(named("Снимок")));
     page_->press("buttonSavePhoto");
+    QTRY_VERIFY(!page_->isBusy());
     QCOMPARE(namesIn(local(folder_)), QList<QByteArray>{local(QStringLiteral("Снимок.jpeg"))});
 }
 

@@ -165,6 +165,7 @@ void TestOnlineLetters::findsPhotoByTheDevicesName()
     QVERIFY(page_->button("buttonSavePhoto")->isEnabled());
     page_->answers().expect(ModalAnswers::savingAs(named("Снимок")));
     page_->press("buttonSavePhoto");
+    QTRY_VERIFY(!page_->isBusy());
     QCOMPARE(namesIn(local(folder_)), QList<QByteArray>{local(QStringLiteral("Снимок.jpeg"))});
     QCOMPARE(Page::content(named("Снимок.jpeg")), Page::jpeg(32, 24));
 }

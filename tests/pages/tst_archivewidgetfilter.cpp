@@ -182,6 +182,7 @@ void TestArchiveWidgetFilter::showsRightPassageOfFilteredTable()
     page_->clickRow(5);
     page_->answers().expect(ModalAnswers::savingAs(onStick(QStringLiteral("photo"))));
     page_->press("buttonSavePhoto");
+    QTRY_VERIFY(!page_->isBusy());
     QCOMPARE(Page::content(onStick(QStringLiteral("photo.jpeg"))), photoOf(25));
     choose("checkBoxFilter");
     expectShown(25, 25, true);

@@ -362,7 +362,7 @@ void TestArchiveWidgetView::savesPhoto()
         page_->answers().expect(
             ModalAnswers::savingAs(folder + QLatin1Char('/') + QLatin1String(name)));
         page_->press("buttonSavePhoto");
-        QVERIFY(!page_->isBusy());
+        QTRY_VERIFY(!page_->isBusy());
     }
     QCOMPARE(filesIn(folder),
              (QStringList{QStringLiteral("other.jpeg"), QStringLiteral("photo.jpeg"),
@@ -373,6 +373,7 @@ void TestArchiveWidgetView::savesPhoto()
     Page::write(folder + QStringLiteral("/photo.jpeg"), QByteArray(9000, 'x'));
     page_->answers().expect(ModalAnswers::savingAs(folder + QStringLiteral("/photo")));
     page_->press("buttonSavePhoto");
+    QTRY_VERIFY(!page_->isBusy());
     QCOMPARE(Page::content(folder + QStringLiteral("/photo.jpeg")), photoOf(1));
     expectShown(1, 1, true);
 }

@@ -2,12 +2,15 @@
 #include "app/settings.h"
 #include "records/vasksettings.h"
 #include "tests/support/filelimit.h"
+#include "tests/support/flushcalls.h"
 #include "tests/support/onlinepage.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QTemporaryDir>
+
+#include <cstring>
 
 namespace
 {
@@ -44,6 +47,7 @@ private Q_SLOTS:
     void savesPhotoOverItself();
     void reportsPhotoFailure();
     void savesNothingWithoutRow();
+    void bringsPhotoOntoTheDisk();
 
 private:
     QString onStick(const QString &name) const { return stick_->filePath(name); }
@@ -85,7 +89,7 @@ void TestOnLineWidgetSavePhoto::savesPhoto()
     for (const char *name : {"photo", "other.jpeg"}) {
         page_->answers().expect(ModalAnswers::savingAs(onStick(QString::fromLatin1(name))));
         page_->press("buttonSavePhoto");
-        QVERIFY(!page_->isBusy());
+        QTRY_VERIFY(!page_->isBusy());
     }
     QCOMPARE(stickFiles(),
              (QStringList{QStringLiteral("other.jpeg"), QStringLiteral("photo.jpeg")}));
@@ -96,6 +100,7 @@ void TestOnLineWidgetSavePhoto::savesPhoto()
     Page::write(onStick(QStringLiteral("photo.jpeg")), "old");
     page_->answers().expect(ModalAnswers::savingAs(onStick(QStringLiteral("photo"))));
     page_->press("buttonSavePhoto");
+    QTRY_VERIFY(!page_->isBusy());
     QCOMPARE(Page::content(onStick(QStringLiteral("photo.jpeg"))), Page::jpeg(40, 30));
 }
 
@@ -109,7 +114,7 @@ void TestOnLineWidgetSavePhoto::savesPhotoOverItself()
     page_->answers().expect(ModalAnswers::savingAs(own.chopped(5)));
     page_->answers().expect(ModalAnswers::reading(&title, &text));
     page_->press("buttonSavePhoto");
-    QCOMPARE(text, QStringLiteral("Destination file exists"));
+    QTRY_COMPARE(text, QStringLiteral("Destination file exists"));
     QCOMPARE(Page::content(own), Page::jpeg(40, 30));
 }
 
@@ -124,6 +129,7 @@ void TestOnLineWidgetSavePhoto::reportsPhotoFailure()
         page_->answers().expect(ModalAnswers::savingAs(name));
         page_->answers().expect(ModalAnswers::reading(&title, &text));
         page_->press("buttonSavePhoto");
+        [&] { QTRY_COMPARE(page_->answers().left(), 0); }();
         return title + QLatin1Char('|') + text;
     };
     {
@@ -148,6 +154,27 @@ void TestOnLineWidgetSavePhoto::savesNothingWithoutRow()
     page_->press("buttonSavePhoto");
     QCOMPARE(page_->answers().given(), 0);
     QVERIFY(!page_->isBusy());
+}
+
+void TestOnLineWidgetSavePhoto::bringsPhotoOntoTheDisk()
+{
+    Page::write(Page::pictureFile(Page::record(0)), Page::jpeg(40, 30));
+    tell();
+    {
+        const FlushCalls disk;
+        page_->answers().expect(ModalAnswers::savingAs(onStick(QStringLiteral("photo"))));
+        page_->press("buttonSavePhoto");
+        QTRY_VERIFY(!page_->isBusy());
+        QCOMPARE(FlushCalls::names().size(), 2); // the file and its folder
+    }
+    const FlushCalls disk(FlushCalls::Fail::Folders);
+    QString title;
+    QString text;
+    page_->answers().expect(ModalAnswers::savingAs(onStick(QStringLiteral("other"))));
+    page_->answers().expect(ModalAnswers::reading(&title, &text));
+    page_->press("buttonSavePhoto");
+    QTRY_COMPARE(text, QString::fromLocal8Bit(std::strerror(EIO)));
+    QCOMPARE(title, QStringLiteral("Error"));
 }
 
 STALLO_TEST_MAIN(TestOnLineWidgetSavePhoto)

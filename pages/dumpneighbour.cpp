@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "pages/dumpneighbour.h"
+
+#include "pages/photofiles.h"
+#include "records/vasksettings.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+QString DumpNeighbour::refusal(const QString &name)
+{
+    const QString neighbour = neighbourOf(name);
+    return neighbour.isEmpty() ? QString()
+                               : tr("The dump %1 has its index and photos under the same name. "
+                                    "Please save as %2.")
+                                     .arg(neighbour, freeName(name));
+}
+
+// The name of another dump with the same index, if there is one.
+QString DumpNeighbour::neighbourOf(const QString &name)
+{
+    const QFileInfo own(name);
+    const QFileInfoList files = own.absoluteDir().entryInfoList(
+        {QLatin1Char('*') + VaskSettings::passbaseSuffix()}, QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files) {
+        if (file.baseName() == own.baseName() && file.fileName() != own.fileName() &&
+            !PhotoFiles::isSameFile(file.filePath(), name)) {
+            return file.fileName();
+        }
+    }
+    return QString();
+}
+
+QString DumpNeighbour::freeName(const QString &name)
+{
+    const QFileInfo own(name);
+    const QString suffix = VaskSettings::passbaseSuffix();
+    QString plain = own.fileName();
+    if (plain.endsWith(suffix, Qt::CaseInsensitive)) {
+        plain.chop(suffix.size());
+    }
+    plain.replace(QLatin1Char('.'), QLatin1Char('-'));
+    QString found = plain + suffix;
+    const auto isTaken = [&own](const QString &file) {
+        const QString path = own.absoluteDir().filePath(file);
+        return QFileInfo::exists(path) || !neighbourOf(path).isEmpty();
+    };
+    for (int number = 2; isTaken(found); ++number) {
+        found = plain + QLatin1Char('-') + QString::number(number) + suffix;
+    }
+    return found;
+}
