@@ -50,13 +50,13 @@ ConfigParser::ConfigParser(const QString &fileName)
     }
 }
 
-void ConfigParser::sync() const
+QStringList ConfigParser::lines() const
 {
-    QStringList lines;
+    QStringList all;
     for (auto entry = values_.cbegin(); entry != values_.cend(); ++entry) {
-        lines.append(LineFile::isCommentKey(entry.key())
-                         ? entry.value()
-                         : entry.key() + QLatin1Char('=') + entry.value());
+        all.append(LineFile::isCommentKey(entry.key())
+                       ? entry.value()
+                       : entry.key() + QLatin1Char('=') + entry.value());
     }
-    file_.write(lines);
+    return all;
 }

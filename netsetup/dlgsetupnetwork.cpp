@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "netsetup/dlgsetupnetwork.h"
 
+#include "app/errorbrowser.h"
 #include "netsetup/configparser.h"
+#include "netsetup/fileset.h"
 #include "netsetup/resolvparser.h"
 #include "resources/resources.h"
 
@@ -13,6 +15,7 @@
 #include <QScreen>
 #include <QShowEvent>
 
+#include <cerrno>
 #include <iterator>
 
 namespace
@@ -20,6 +23,9 @@ namespace
 
 constexpr const char *keys[] = {"HOSTNAME", "DOMAINNAME", "DHCP",        "IPADDR",
                                 "NETMASK",  "GATEWAY",    "nameserver0", "nameserver1"};
+// There while the three files are being replaced.
+const QString setMark = QStringLiteral("./cfg-set.new");
+
 static_assert(std::size(keys) == DlgSetupNetwork::ModelSettings::SectionCount);
 
 bool isSection(int section)
@@ -72,10 +78,14 @@ public:
 } // namespace
 
 DlgSetupNetwork::ModelSettings::ModelSettings()
-    : common_(std::make_unique<ConfigParser>(QStringLiteral("./cfg-common.cfg")))
-    , interface_(std::make_unique<ConfigParser>(QStringLiteral("./cfg-ifcfg-eth0.cfg")))
-    , resolver_(std::make_unique<ResolvParser>(QStringLiteral("./cfg-resolv.cfg")))
 {
+    const QStringList names = {QStringLiteral("./cfg-common.cfg"),
+                               QStringLiteral("./cfg-ifcfg-eth0.cfg"),
+                               QStringLiteral("./cfg-resolv.cfg")};
+    FileSet::repair(setMark, names);
+    common_ = std::make_unique<ConfigParser>(names.at(0));
+    interface_ = std::make_unique<ConfigParser>(names.at(1));
+    resolver_ = std::make_unique<ResolvParser>(names.at(2));
 }
 
 DlgSetupNetwork::ModelSettings::~ModelSettings() = default;
@@ -128,11 +138,13 @@ bool DlgSetupNetwork::ModelSettings::setData(const QModelIndex &index, const QVa
     return true;
 }
 
-void DlgSetupNetwork::ModelSettings::sync() const
+QString DlgSetupNetwork::ModelSettings::sync() const
 {
-    common_->sync();
-    interface_->sync();
-    resolver_->sync();
+    FileSet set(setMark);
+    if (!common_->addTo(&set) || !interface_->addTo(&set) || !resolver_->addTo(&set)) {
+        return qt_error_string(EIO);
+    }
+    return set.commit();
 }
 
 DlgSetupNetwork::DlgSetupNetwork(QWidget *parent)
@@ -195,7 +207,11 @@ void DlgSetupNetwork::accept()
     ui_->pbApply->setFocus();
     // The box may never have been entered, and its file may hold a word that is no number.
     model_->setData(model_->index(0, ModelSettings::UseDHCP), ui_->cbUseDHCP->isChecked());
-    model_->sync();
+    const QString error = model_->sync();
+    if (!error.isEmpty()) {
+        ErrorBrowser::error(
+            tr("Error"), tr("Can't store the network settings") + QLatin1Char('\n') + error, this);
+    }
     QDialog::accept();
 }
 

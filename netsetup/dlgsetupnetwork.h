@@ -14,8 +14,8 @@ class Ui_Dialog;
 // The panel's own network identity, which its boot scripts read at the next start: host and domain
 // name, DHCP, address, mask, gateway and two name servers, in three files of the current directory.
 // What is typed is kept in a ModelSettings when its field is left, if the field holds it to be
-// whole; files are written by "Apply" only, and nothing is said about files that cannot be read or
-// written.
+// whole; files are written by "Apply" only, all three or none, and it tells when they could not be
+// stored. Nothing is said about files that cannot be read.
 //
 // Stands for itself: nothing in the panel opens it. Run modally and destroyed afterwards. GUI
 // thread.
@@ -80,8 +80,8 @@ public:
     // mapper needs neither.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
-    // Writes the three files.
-    void sync() const;
+    // Replaces the three files, all or none; the reason when none was.
+    QString sync() const;
 
 private:
     QString &entry(int section) const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "netsetup/linefile.h"
 
+#include "netsetup/fileset.h"
+
 #include <QFile>
 #include <QSaveFile>
 #include <QTextStream>
@@ -44,16 +46,30 @@ void LineFile::write(const QStringList &lines) const
     if (!isWhole_) {
         return; // what could not be read would be lost
     }
-    QByteArray bytes;
-    for (const QString &line : lines) {
-        bytes += (isLocalText_ ? line.toLocal8Bit() : line.toLatin1()) + '\n';
-    }
+    const QByteArray bytes = bytesOf(lines);
     // Unbuffered, so that a full disk is noticed by the write and not after it.
     QSaveFile file(name_);
     if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
         file.write(bytes) == bytes.size()) {
         file.commit();
     }
+}
+
+bool LineFile::addTo(FileSet *set, const QStringList &lines) const
+{
+    if (isWhole_) {
+        set->add(name_, bytesOf(lines));
+    }
+    return isWhole_;
+}
+
+QByteArray LineFile::bytesOf(const QStringList &lines) const
+{
+    QByteArray bytes;
+    for (const QString &line : lines) {
+        bytes += (isLocalText_ ? line.toLocal8Bit() : line.toLatin1()) + '\n';
+    }
+    return bytes;
 }
 
 QString LineFile::commentKey(int number)

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+class FileSet;
+
 // A small text file that the panel's boot scripts read: lines in, lines out. Lines end with a line
 // feed when they are written, and may end with CR LF or not at all when they are read. Text is in
 // the encoding of the process's locale; a file that is not is taken byte by byte, so that nothing
@@ -22,6 +24,9 @@ public:
     // All lines or none: the panel may be switched off at any moment, and must find a whole file at
     // the next start. A link stays a link, the file that it names is written.
     void write(const QStringList &lines) const;
+    // The same for a set of files that are replaced together; false when only a part of the file
+    // could be read, which would be lost.
+    bool addTo(FileSet *set, const QStringList &lines) const;
 
     // Under which key a parser keeps its line number N that is no setting, and by which it knows it
     // again. A setting that happens to have this in its name is taken for such a line.
@@ -29,6 +34,8 @@ public:
     static bool isCommentKey(const QString &key);
 
 private:
+    QByteArray bytesOf(const QStringList &lines) const;
+
     QString name_;
     bool isLocalText_ = true;
     bool isWhole_ = true;

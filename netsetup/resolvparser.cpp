@@ -38,13 +38,12 @@ ResolvParser::ResolvParser(const QString &fileName)
     }
 }
 
-void ResolvParser::sync() const
+QStringList ResolvParser::lines() const
 {
-    QStringList lines;
+    QStringList all;
     for (auto entry = values_.cbegin(); entry != values_.cend(); ++entry) {
-        lines.append(entry.key().contains(serverWord)
-                         ? serverWord + QLatin1Char(' ') + entry.value()
-                         : entry.value());
+        all.append(entry.key().contains(serverWord) ? serverWord + QLatin1Char(' ') + entry.value()
+                                                    : entry.value());
     }
-    file_.write(lines);
+    return all;
 }

@@ -24,9 +24,13 @@ public:
     // Makes an empty entry for a key that is not there, which sync() then writes.
     QString &operator[](const QString &key) { return values_[key]; }
 
-    void sync() const;
+    void sync() const { file_.write(lines()); }
+    // For a set of files that are replaced together; false when a part of it could not be read.
+    bool addTo(FileSet *set) const { return file_.addTo(set, lines()); }
 
 private:
+    QStringList lines() const;
+
     QMap<QString, QString> values_;
     LineFile file_;
 };

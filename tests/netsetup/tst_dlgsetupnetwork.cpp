@@ -44,7 +44,7 @@ private Q_SLOTS:
     void runsModally();
 
     // What cannot be written.
-    void failedWriteIsSilent();
+    void tellsFailedWrite();
     void fullDiskKeepsTheOldFiles();
 };
 
@@ -405,8 +405,8 @@ void TestDlgSetupNetwork::runsModally()
     QCOMPARE(NetworkFiles::contents(), NetworkFiles::asSaved());
 }
 
-// One file cannot be written; the others are, and no window tells of it.
-void TestDlgSetupNetwork::failedWriteIsSilent()
+// One file cannot be written: all stay as they were, and it is told.
+void TestDlgSetupNetwork::tellsFailedWrite()
 {
     TextFile::write(NetworkFiles::common(), NetworkFiles::commonText());
     QVERIFY(QDir().mkdir(NetworkFiles::interface()));
@@ -415,14 +415,19 @@ void TestDlgSetupNetwork::failedWriteIsSilent()
     open();
     QCOMPARE(field("leIPAddress")->text(), QString());
     type("leIPAddress", QStringLiteral("1.2.3.4"));
+    QString title;
+    QString text;
+    answers.expect(ModalAnswers::reading(&title, &text));
     click("pbApply");
+    QCOMPARE(title, QStringLiteral("Error"));
+    QCOMPARE(text, QStringLiteral("Can't store the network settings\nIs a directory"));
     QVERIFY(!dialog_->isVisible());
     QCOMPARE(dialog_->result(), static_cast<int>(QDialog::Accepted));
     QCOMPARE(answers.unexpected(), QStringList());
     QVERIFY(QFileInfo(NetworkFiles::interface()).isDir());
     QVERIFY(QDir(NetworkFiles::interface()).isEmpty());
-    QCOMPARE(TextFile::content(NetworkFiles::common()), NetworkFiles::commonSaved());
-    QCOMPARE(TextFile::content(NetworkFiles::resolver()), NetworkFiles::resolverSaved());
+    QCOMPARE(TextFile::content(NetworkFiles::common()), NetworkFiles::commonText());
+    QCOMPARE(TextFile::content(NetworkFiles::resolver()), NetworkFiles::resolverText());
     QCOMPARE(TextFile::names(), NetworkFiles::all());
 }
 
@@ -432,10 +437,14 @@ void TestDlgSetupNetwork::fullDiskKeepsTheOldFiles()
     ModalAnswers answers;
     type("leHostName", QStringLiteral("other"));
     type("le2DNS", QStringLiteral("1.2.3.4"));
+    QString title;
+    QString text;
+    answers.expect(ModalAnswers::reading(&title, &text));
     {
         const FileLimit limit(20);
         click("pbApply");
     }
+    QCOMPARE(text, QStringLiteral("Can't store the network settings\nFile too large"));
     QVERIFY(!dialog_->isVisible());
     QCOMPARE(dialog_->result(), static_cast<int>(QDialog::Accepted));
     QCOMPARE(answers.unexpected(), QStringList());
