@@ -5,7 +5,8 @@
 
 // Bringing what was written onto the disk, so that it outlives a power cut or a stick that is
 // pulled out. Each returns the reason of the failure, empty on success. They take as long as the
-// disk takes: for workers, and in the GUI thread for small files only.
+// disk takes: for workers, and in the GUI thread for small files only. A worker that is asked to
+// end does not wait any longer; the disk goes on by itself.
 namespace Flush
 {
 

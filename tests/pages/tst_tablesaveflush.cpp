@@ -3,12 +3,14 @@
 #include "pages/photofiles.h"
 #include "pages/tablesave.h"
 #include "records/vasksettings.h"
+#include "tests/pages/jobthread.h"
 #include "tests/support/flushcalls.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <cstring>
 
 namespace
@@ -24,6 +26,24 @@ Scan passage(int n)
     return scan;
 }
 
+namespace SlowDisk
+{
+
+std::atomic_int waiting = 0;
+std::atomic_bool ended = false;
+
+int wait(int)
+{
+    ++waiting;
+    while (!ended) {
+        QThread::msleep(1);
+    }
+    --waiting;
+    return 0;
+}
+
+} // namespace SlowDisk
+
 } // namespace
 
 // What was saved is on the disk: a stick may be pulled out, the power may go.
@@ -37,6 +57,8 @@ private Q_SLOTS:
     void flushesAllThatWasSaved();
     void tellsFailure_data();
     void tellsFailure();
+    void doesNotHoldWhoIsCalledOff_data();
+    void doesNotHoldWhoIsCalledOff();
 
 private:
     QString save(const QString &kind) const;
@@ -140,6 +162,34 @@ void TestTableSaveFlush::tellsFailure()
         QCOMPARE(QDir(below("stick")).entryList(QDir::Files | QDir::Hidden),
                  QStringList(QStringLiteral("copy")));
     }
+}
+
+void TestTableSaveFlush::doesNotHoldWhoIsCalledOff_data()
+{
+    QTest::addColumn<QString>("kind");
+    for (const char *kind : {"dump", "photos", "photo", "CSV", "list"}) {
+        QTest::newRow(kind) << QString::fromLatin1(kind);
+    }
+}
+
+// A stick that takes for ever.
+void TestTableSaveFlush::doesNotHoldWhoIsCalledOff()
+{
+    QFETCH(QString, kind);
+    const Flush::Calls before = Flush::calls;
+    Flush::calls = {&SlowDisk::wait, &SlowDisk::wait};
+    QString result;
+    JobThread job([&] { result = save(kind); });
+    job.start();
+    QTRY_COMPARE(SlowDisk::waiting.load(), 1);
+    job.requestInterruption();
+    const bool ended = job.wait(10000);
+    SlowDisk::ended = true;
+    QTRY_COMPARE(SlowDisk::waiting.load(), 0);
+    SlowDisk::ended = false;
+    Flush::calls = before;
+    QVERIFY(ended);
+    QCOMPARE(result, QStringLiteral("Interrupted"));
 }
 
 STALLO_TEST_MAIN(TestTableSaveFlush)
