@@ -469,11 +469,10 @@ void ArchiveWidget::savePhoto()
     const QString photo =
         ArchiveFiles::photo(model_->fileName(), scan, model_->deviceOf(currentRow()));
     const QString name = PassageTable::askPhotoName(this, scan);
-    if (name.isEmpty()) {
-        return;
+    if (!name.isEmpty()) {
+        savedPhoto_ = photo;
+        start(&ArchiveWidget::savePhotoToFile, name);
     }
-    savedPhoto_ = photo;
-    start(&ArchiveWidget::savePhotoToFile, name);
 }
 
 QString ArchiveWidget::savePhotoToFile(QString name)
