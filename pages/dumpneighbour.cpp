@@ -9,15 +9,13 @@
 
 QString DumpNeighbour::refusal(const QString &name)
 {
-    const QString neighbour = neighbourOf(name);
-    return neighbour.isEmpty() ? QString()
-                               : tr("The dump %1 has its index and photos under the same name. "
-                                    "Please save as %2.")
-                                     .arg(neighbour, freeName(name));
+    return hasNeighbour(name) ? tr("Another dump in this folder has the same index and photos. "
+                                   "Please save as:") +
+                                    QLatin1Char('\n') + freeName(name)
+                              : QString();
 }
 
-// The name of another dump with the same index, if there is one.
-QString DumpNeighbour::neighbourOf(const QString &name)
+bool DumpNeighbour::hasNeighbour(const QString &name)
 {
     const QFileInfo own(name);
     const QFileInfoList files = own.absoluteDir().entryInfoList(
@@ -25,10 +23,10 @@ QString DumpNeighbour::neighbourOf(const QString &name)
     for (const QFileInfo &file : files) {
         if (file.baseName() == own.baseName() && file.fileName() != own.fileName() &&
             !PhotoFiles::isSameFile(file.filePath(), name)) {
-            return file.fileName();
+            return true;
         }
     }
-    return QString();
+    return false;
 }
 
 QString DumpNeighbour::freeName(const QString &name)
@@ -43,7 +41,7 @@ QString DumpNeighbour::freeName(const QString &name)
     QString found = plain + suffix;
     const auto isTaken = [&own](const QString &file) {
         const QString path = own.absoluteDir().filePath(file);
-        return QFileInfo::exists(path) || !neighbourOf(path).isEmpty();
+        return QFileInfo::exists(path) || hasNeighbour(path);
     };
     for (int number = 2; isTaken(found); ++number) {
         found = plain + QLatin1Char('-') + QString::number(number) + suffix;

@@ -19,6 +19,6 @@ public:
     static QString refusal(const QString &name);
 
 private:
-    static QString neighbourOf(const QString &name);
+    static bool hasNeighbour(const QString &name);
     static QString freeName(const QString &name);
 };

@@ -142,7 +142,7 @@ QString TableSave::photos(const TableSnapshot &table, const QString &from, const
         return true;
     };
     errors << forEachPassage(table, copy, progress);
-    if (copied) {
+    if (copied && !SocketWait::interrupted()) {
         errors << Flush::fileSystemOf(to); // all at once: one by one they would take much longer
     }
     errors.removeAll(QString());

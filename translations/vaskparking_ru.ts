@@ -461,8 +461,8 @@
 <context>
     <name>DumpNeighbour</name>
     <message>
-        <source>The dump %1 has its index and photos under the same name. Please save as %2.</source>
-        <translation>У дампа %1 такие же имена индекса и папки с фото. Сохраните под именем %2.</translation>
+        <source>Another dump in this folder has the same index and photos. Please save as:</source>
+        <translation>У другого дампа в этой папке те же индекс и фото. Сохраните под именем:</translation>
     </message>
 </context>
 <context>
