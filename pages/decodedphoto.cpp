@@ -17,7 +17,7 @@ namespace
 constexpr QSize smallestNeed(640, 480);
 
 // A few bytes may hold many scans, so the decoder is given few at a time, to be ended in between.
-constexpr qint64 mostAtOnce = 256;
+constexpr qint64 mostAtOnce = 64;
 
 // Bytes that end when the decoder is to end: it takes that for the end of the file and gives up.
 class EndingBytes : public QIODevice
