@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/numberproxy.h"
 
+#include "records/regularfile.h"
 #include "records/vasksettings.h"
 
 #include <QFile>
@@ -50,7 +51,8 @@ QBitArray NumberProxy::matches() const
     const QString name = source_.file();
     const QRegExp expression = filterRegExp();
     QFile file(name);
-    if (name.isEmpty() || expression.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+    if (name.isEmpty() || expression.isEmpty() ||
+        !RegularFile::open(file, QIODevice::ReadOnly).isEmpty()) {
         return QBitArray();
     }
     QBitArray found(static_cast<int>(file.size() / source_.recordSize));

@@ -7,6 +7,7 @@
 #include "pages/wholefile.h"
 #include "records/csv.h"
 #include "records/passagecsv.h"
+#include "records/regularfile.h"
 #include "records/scanmodel.h"
 
 #include <QFile>
@@ -66,18 +67,18 @@ QString TableLoad::lines(QFile &source, const TakeLine &take, const Progress &pr
 QString TableLoad::refusal(const QString &name)
 {
     QFile file(name);
-    return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) ? QString()
-                                                                     : file.errorString();
+    return RegularFile::open(file, QIODevice::ReadWrite | QIODevice::ExistingOnly);
 }
 
 QString TableLoad::csv(const QString &source, const QString &recordFile, const Progress &progress)
 {
     QFile file(source);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return file.errorString();
+    QString error = RegularFile::open(file, QIODevice::ReadOnly);
+    if (!error.isEmpty()) {
+        return error;
     }
     WholeFile records(recordFile);
-    QString error = records.open();
+    error = records.open();
     QByteArray passages;
     const auto append = [&](const QStringList &fields) {
         passages.append(PassageCsv::scan(fields).data(), Scan::size);

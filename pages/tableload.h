@@ -18,8 +18,8 @@ public:
     using Progress = std::function<void(int)>;
     using TakeLine = std::function<QString(const QStringList &fields)>;
 
-    // Why a table cannot be bound to this file: it is not there, or not to be written (tables write
-    // through to their files).
+    // Why a table cannot be bound to this file: it is not there, no regular file, or not to be
+    // written (tables write through to their files).
     static QString refusal(const QString &name);
 
     // Replaces the passages of the record file by those of a CSV file, and removes the index, which

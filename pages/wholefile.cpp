@@ -5,6 +5,7 @@
 #include "pages/sourceguard.h"
 #include "records/filewrite.h"
 #include "records/flush.h"
+#include "records/regularfile.h"
 
 #include <QFile>
 
@@ -67,12 +68,13 @@ QString WholeFile::copyUpTo(const QString &source, qint64 bytes)
 QString WholeFile::copyUnchanged(const QString &source, qint64 bytes)
 {
     QFile from(source);
-    if (!from.open(QIODevice::ReadOnly)) {
-        return from.errorString();
+    QString error = RegularFile::open(from, QIODevice::ReadOnly);
+    if (!error.isEmpty()) {
+        return error;
     }
     const SourceGuard guard(from);
     qint64 missing = 0;
-    const QString error = copy(from, bytes, &missing);
+    error = copy(from, bytes, &missing);
     return error.isEmpty() && missing > 0 ? SourceGuard::changed()
            : error.isEmpty()              ? guard.error()
                                           : error;
@@ -80,10 +82,11 @@ QString WholeFile::copyUnchanged(const QString &source, qint64 bytes)
 
 QString WholeFile::copy(QFile &source, qint64 bytes, qint64 *missing)
 {
-    if (!source.isOpen() && !source.open(QIODevice::ReadOnly)) {
-        return source.errorString();
+    QString error =
+        source.isOpen() ? QString() : RegularFile::open(source, QIODevice::ReadOnly);
+    if (error.isEmpty()) {
+        error = open();
     }
-    QString error = open();
     *missing = bytes;
     while (*missing > 0 && error.isEmpty()) {
         const QByteArray piece = source.read(qMin(*missing, copyStep));

@@ -3,6 +3,7 @@
 
 #include "records/filewrite.h"
 #include "records/flush.h"
+#include "records/regularfile.h"
 
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -20,24 +21,26 @@ constexpr qint64 copyStep = qint64{64} * 1024;
 } // namespace
 
 RecordFile::RecordFile(const QString &name, int recordSize)
-    : file_(name)
+    : name_(name)
+    , file_(name)
     , recordSize_(recordSize)
 {
 }
 
 bool RecordFile::open(QIODevice::OpenMode mode)
 {
-    return file_.open(mode | QIODevice::Unbuffered);
+    refusal_ = RegularFile::open(file_, mode | QIODevice::Unbuffered);
+    return refusal_.isEmpty();
 }
 
 QString RecordFile::fileName() const
 {
-    return file_.fileName();
+    return name_;
 }
 
 QString RecordFile::errorString() const
 {
-    return file_.errorString();
+    return refusal_.isEmpty() ? file_.errorString() : refusal_;
 }
 
 int RecordFile::count() const

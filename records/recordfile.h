@@ -6,7 +6,7 @@
 
 // A headerless file of records of one fixed size: record n lies at n x size. A partial record at
 // the end is not counted; the next append writes over it. Unbuffered, so that what is written is in
-// the file at once and other handles on the same file see it.
+// the file at once and other handles on the same file see it. Only a regular file is opened.
 //
 // Used by one thread at a time; every worker and every model has a handle of its own. Nothing is
 // reported but success: a short read or write is a failure, and the caller decides what it means.
@@ -46,6 +46,8 @@ private:
     bool copyRange(qint64 from, qint64 to, QFile &destination);
     bool putInPlace(QFile &beside, const QString &name);
 
+    QString name_;
     QFile file_;
+    QString refusal_; // why it was not opened
     int recordSize_;
 };

@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "records/deviceindex.h"
+#include "records/regularfile.h"
 #include "records/spokencell.h"
 #include "records/vasksettings.h"
 
@@ -61,21 +62,21 @@ void ScanModel::setFileName(const QString &name)
     cachedDevice_.clear();
     oldPhotos_.reset();
     indexFile_.close();
-    indexFile_.setFileName(QString());
+    indexName_ = name.isEmpty() ? QString() : indexFileOf(name);
+    indexFile_.setFileName(indexName_);
     if (!name.isEmpty()) {
-        indexFile_.setFileName(indexFileOf(name));
         if (!indexFile_.exists() && indexFile_.open(QIODevice::WriteOnly)) {
             indexFile_.close();
         }
         // Unbuffered: the entries are written through another handle.
-        indexFile_.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        RegularFile::open(indexFile_, QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     StructureFileModel<Scan>::setFileName(name);
 }
 
 QString ScanModel::indexFile() const
 {
-    return indexFile_.fileName();
+    return indexName_;
 }
 
 int ScanModel::columnCount(const QModelIndex &) const

@@ -72,6 +72,7 @@ private:
     QVariant edit(int column) const;
     QVariant foreground(int column) const;
 
+    QString indexName_;
     mutable QFile indexFile_;
     mutable int cachedRow_ = -1;
     mutable Scan cachedScan_;

@@ -4,6 +4,8 @@
 #include "records/csv.h"
 #include "tests/support/filelimit.h"
 
+#include <sys/stat.h>
+
 // Opening tables from files, through the page's buttons and the real file dialogs, and what comes
 // back of a table that was saved.
 class TestArchiveWidgetFiles : public ArchiveFilesCase
@@ -140,6 +142,7 @@ void TestArchiveWidgetFiles::keepsTableWhenDumpCannotBeOpened_data()
     QTest::addColumn<QString>("name");
     QTest::newRow("missing") << QStringLiteral("missing.tpp");
     QTest::newRow("folder") << QStringLiteral("folder.tpp");
+    QTest::newRow("pipe") << QStringLiteral("pipe.tpp");
     QTest::newRow("not writable") << QStringLiteral("unwritable.tpp");
 }
 
@@ -163,6 +166,8 @@ void TestArchiveWidgetFiles::keepsTableWhenDumpCannotBeOpened()
         }
         if (name.startsWith(QLatin1String("folder"))) {
             QDir().mkpath(other);
+        } else if (name.startsWith(QLatin1String("pipe"))) {
+            QCOMPARE(mkfifo(QFile::encodeName(other).constData(), 0600), 0);
         }
     });
     QVERIFY2(shown.startsWith(QLatin1String("Error|")) && shown.size() > 6, qPrintable(shown));
@@ -240,14 +245,15 @@ void TestArchiveWidgetFiles::leavesLoadedDumpAloneWhenCsvIsLoaded()
 
 void TestArchiveWidgetFiles::keepsTableWhenCsvCannotBeOpened_data()
 {
-    QTest::addColumn<bool>("isFolder");
-    QTest::newRow("missing") << false;
-    QTest::newRow("folder") << true;
+    QTest::addColumn<QString>("kind");
+    for (const char *kind : {"missing", "folder", "pipe"}) {
+        QTest::newRow(kind) << QString::fromLatin1(kind);
+    }
 }
 
 void TestArchiveWidgetFiles::keepsTableWhenCsvCannotBeOpened()
 {
-    QFETCH(bool, isFolder);
+    QFETCH(QString, kind);
     Page::write(Page::recordFile(), tableOf(4));
     Page::write(Page::indexFile(), indexOf(4));
     makePhotos(Page::recordFile(), {2});
@@ -258,8 +264,10 @@ void TestArchiveWidgetFiles::keepsTableWhenCsvCannotBeOpened()
     Page::write(source, "titles\n;A001BC77");
     const QString shown = failToLoad(source, [&] {
         QFile::remove(source);
-        if (isFolder) {
+        if (kind == QLatin1String("folder")) {
             QDir().mkpath(source);
+        } else if (kind == QLatin1String("pipe")) {
+            QCOMPARE(mkfifo(QFile::encodeName(source).constData(), 0600), 0);
         }
     });
     QVERIFY2(shown.startsWith(QLatin1String("Error|")) && shown.size() > 6, qPrintable(shown));
