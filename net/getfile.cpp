@@ -52,8 +52,8 @@ bool GetFile::operator()(const QString &remotePath)
     if (!size) {
         return false;
     }
-    if (!fits(*size)) {
-        noRoom_ = true;
+    noRoom_ = !fits(*size);
+    if (noRoom_ || *size > largest_) {
         return fail(tr("Can't download proper data"));
     }
     return receiveFile(*size);

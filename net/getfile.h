@@ -5,6 +5,7 @@
 
 #include <QDeadlineTimer>
 
+#include <limits>
 #include <optional>
 
 class QIODevice;
@@ -26,6 +27,9 @@ public:
     // Error, host and local name are copied, nothing else.
     GetFile(const GetFile &other);
     GetFile &operator=(const GetFile &other);
+
+    // What is announced as larger fails before the local file is touched.
+    void setLargest(qint64 bytes) { largest_ = bytes; }
 
     bool operator()(const QString &remotePath);
 
@@ -51,4 +55,5 @@ private:
     QDeadlineTimer receipt_;
     qint64 spared_ = 0;
     bool noRoom_ = false;
+    qint64 largest_ = std::numeric_limits<qint64>::max();
 };

@@ -10,9 +10,18 @@
 #include "records/accessmodel.h"
 #include "records/csv.h"
 #include "records/recordfile.h"
+#include "records/regularfile.h"
 #include "records/vasksettings.h"
 
 #include <algorithm>
+
+namespace
+{
+
+// Enough for the longest titles.
+constexpr qint64 titleBytes = 4096;
+
+} // namespace
 
 QString AccessFiles::ownList()
 {
@@ -43,13 +52,30 @@ QString AccessFiles::create(const QString &name)
     return file.open(QIODevice::ReadWrite) ? QString() : file.errorString();
 }
 
+bool AccessFiles::isTooLong(qint64 bytes)
+{
+    return bytes / Access::size > mostEntries;
+}
+
+QString AccessFiles::tooLong()
+{
+    return tr("The access list is longer than 100,000 entries");
+}
+
+QString AccessFiles::refusal(const QString &name)
+{
+    const QString error = TableLoad::refusal(name);
+    return error.isEmpty() && isTooLong(QFile(name).size()) ? tooLong() : error;
+}
+
 QString AccessFiles::copy(const QString &list, const QString &name)
 {
     if (PhotoFiles::isSameFile(list, name)) {
         return tr("Destination file exists");
     }
     WholeFile file(name);
-    const QString error = file.copyUnchanged(list, QFile(list).size());
+    const qint64 bytes = QFile(list).size();
+    const QString error = file.copyUnchanged(list, bytes - bytes % Access::size);
     return error.isEmpty() ? file.commit() : error;
 }
 
@@ -89,18 +115,38 @@ bool AccessFiles::remove(const QString &list, const QVector<int> &entries)
     return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && file.remove(entries);
 }
 
-QString AccessFiles::loadCsv(const QString &source, const QString &list)
+QString AccessFiles::readCsv(QFile &source, WholeFile *list)
+{
+    const QStringList titles = CSV().decodeRecord(QString::fromLocal8Bit(source.peek(titleBytes)));
+    int entries = 0;
+    bool isList = false;
+    const QString error = TableLoad::lines(source, [&](const QStringList &fields) {
+        isList = isList || AccessCsv::hasId(fields);
+        return ++entries > mostEntries
+                   ? tooLong()
+                   : list->write(QByteArray(AccessCsv::access(fields).data(), Access::size));
+    });
+    if (!error.isEmpty()) {
+        return error;
+    }
+    const bool isEmptyList = entries == 0 && AccessCsv::areTitles(titles);
+    return isList || isEmptyList ? QString() : tr("The file is not an access list");
+}
+
+QString AccessFiles::loadCsv(const QString &source, const QString &list,
+                             const std::function<bool()> &release)
 {
     QFile from(source);
-    if (!from.open(QIODevice::ReadOnly)) {
-        return from.errorString();
-    }
     WholeFile file(list);
-    QString error = file.open();
+    QString error = RegularFile::open(from, QIODevice::ReadOnly);
     if (error.isEmpty()) {
-        error = TableLoad::lines(from, [&file](const QStringList &fields) {
-            return file.write(QByteArray(AccessCsv::access(fields).data(), Access::size));
-        });
+        error = file.open();
+    }
+    if (error.isEmpty()) {
+        error = readCsv(from, &file);
+    }
+    if (error.isEmpty() && release && !release()) {
+        error = tr("Interrupted");
     }
     return error.isEmpty() ? file.commit() : error;
 }

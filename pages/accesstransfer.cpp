@@ -6,6 +6,7 @@
 #include "net/getfile.h"
 #include "net/putfile.h"
 #include "net/socketwait.h"
+#include "pages/accessfiles.h"
 #include "records/accessmodel.h"
 
 #include <QElapsedTimer>
@@ -21,9 +22,20 @@ constexpr int reloadMsec = 3000;
 // second later it would be in force.
 constexpr int lastTryMsec = 1000;
 
+// Of a list that is taken from a device.
+constexpr qint64 largest = qint64{AccessFiles::mostEntries} * Access::size;
+
 QString remotePath()
 {
     return Settings::instance()->vaskSufferedPath();
+}
+
+// The size in the device's answer, -1 where it has none.
+qint64 announced(const GetFile &get)
+{
+    bool isSize = false;
+    const qint64 size = get.answer().replace("File size=", "").toLongLong(&isSize);
+    return isSize ? size : -1;
 }
 
 } // namespace
@@ -38,17 +50,30 @@ QString AccessTransfer::busyText()
     return tr("Vask is busy now. Please try again later.");
 }
 
+QString AccessTransfer::unfit(const GetFile &get)
+{
+    const qint64 size = announced(get);
+    if (size > 0 && size % Access::size != 0) {
+        return tr("The access list of Vask is damaged.");
+    }
+    return AccessFiles::isTooLong(size) ? AccessFiles::tooLong() : QString();
+}
+
 bool AccessTransfer::isWhole(const GetFile &get)
 {
-    bool isSize = false;
-    const qint64 size = get.answer().replace("File size=", "").toLongLong(&isSize);
-    return isSize && size == QFileInfo(get.fileName()).size() && size % Access::size == 0;
+    return announced(get) == QFileInfo(get.fileName()).size();
 }
 
 QString AccessTransfer::fetch(const QString &file) const
 {
     GetFile get(host_, file, nullptr);
-    if (get(remotePath())) {
+    get.setLargest(largest);
+    const bool gotten = get(remotePath());
+    const QString unfitText = unfit(get);
+    if (!unfitText.isEmpty()) {
+        return unfitText;
+    }
+    if (gotten) {
         return isWhole(get) ? QString() : busyText();
     }
     // The transfer has one text for all refusals; the device's own line tells them apart.
@@ -60,9 +85,17 @@ QString AccessTransfer::fetch(const QString &file) const
 
 QString AccessTransfer::send(const QString &file) const
 {
-    if (QFileInfo(file).size() % Access::size != 0) {
-        return tr("The list is damaged and was not sent");
+    if (QFileInfo(file).size() % Access::size == 0) {
+        return put(file);
     }
+    const QTemporaryDir folder;
+    const QString whole = folder.filePath(QStringLiteral("list"));
+    const QString error = AccessFiles::copy(file, whole);
+    return error.isEmpty() ? put(whole) : error;
+}
+
+QString AccessTransfer::put(const QString &file) const
+{
     PutFile put(host_, file, nullptr);
     return put(remotePath()) ? QString() : busyText();
 }
@@ -80,7 +113,13 @@ QString AccessTransfer::append(const Access &access) const
     }
     file.close();
     GetFile get(host_, file.fileName(), nullptr);
-    if (!get(remotePath())) {
+    get.setLargest(largest);
+    const bool gotten = get(remotePath());
+    const QString unfitText = unfit(get);
+    if (!unfitText.isEmpty()) {
+        return unfitText;
+    }
+    if (!gotten) {
         return get.transferError();
     }
     if (!isWhole(get)) {

@@ -13,8 +13,9 @@ class GetFile;
 // when nothing went wrong.
 //
 // A device stores what it is sent, and uses it when it is told to: reload() follows a good upload.
-// Lists that do not consist of whole entries, or of which not all has come, are refused like a
-// failed transfer, so that neither the panel nor the device ever holds one.
+// A device's list that does not consist of whole entries, or is longer than any, is refused with a
+// text of its own, one of which not all has come like a failed transfer; so neither the panel nor
+// the device ever holds one. Of the panel's lists the whole entries are sent.
 class AccessTransfer
 {
     Q_DECLARE_TR_FUNCTIONS(AccessTransfer)
@@ -35,9 +36,12 @@ public:
 
 private:
     static QString busyText();
+    // Why what the device has announced is no list; empty where it may be one.
+    static QString unfit(const GetFile &get);
     // A transfer takes an answer that is no size for an empty file, and does not miss what a lost
     // line cuts off at its end.
     static bool isWhole(const GetFile &get);
+    QString put(const QString &file) const;
 
     QString host_;
 };

@@ -7,6 +7,8 @@
 namespace
 {
 
+constexpr int columns = 6;
+
 QDateTime timeOf(const QString &text)
 {
     const QDateTime time = QDateTime::fromString(text, Qt::TextDate);
@@ -36,4 +38,16 @@ Access AccessCsv::access(const QStringList &fields)
     access.setAccessKey(fields.value(4));
     access.setComment(fields.value(5));
     return access;
+}
+
+bool AccessCsv::hasId(const QStringList &fields)
+{
+    bool isNumber = false;
+    fields.value(0).toShort(&isNumber);
+    return isNumber;
+}
+
+bool AccessCsv::areTitles(const QStringList &fields)
+{
+    return fields.size() == columns && !hasId(fields);
 }

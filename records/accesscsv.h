@@ -18,4 +18,9 @@ QStringList fields(const Access &access);
 // read as empty, an unreadable time as none.
 Access access(const QStringList &fields);
 
+// Whether the line has an id that can be read, as every entry that was saved has.
+bool hasId(const QStringList &fields);
+// Whether these are titles of as many columns as an entry has, and no entry.
+bool areTitles(const QStringList &fields);
+
 } // namespace AccessCsv

@@ -7,6 +7,18 @@
         <source>Destination file exists</source>
         <translation>Файл уже существует</translation>
     </message>
+    <message>
+        <source>The access list is longer than 100,000 entries</source>
+        <translation>Список доступа длиннее 100 000 записей</translation>
+    </message>
+    <message>
+        <source>The file is not an access list</source>
+        <translation>Файл не является списком доступа</translation>
+    </message>
+    <message>
+        <source>Interrupted</source>
+        <translation>Прервано</translation>
+    </message>
 </context>
 <context>
     <name>AccessModel</name>
@@ -46,8 +58,8 @@
         <translation>На устройстве Vask нет списка доступа</translation>
     </message>
     <message>
-        <source>The list is damaged and was not sent</source>
-        <translation>Список повреждён и не отправлен</translation>
+        <source>The access list of Vask is damaged.</source>
+        <translation>Список доступа устройства Vask повреждён.</translation>
     </message>
     <message>
         <source>The access list of the device is full</source>
@@ -110,6 +122,14 @@
     <message>
         <source>Remove address</source>
         <translation>Удалить адрес</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>The address list could not be stored</source>
+        <translation>Не удалось сохранить список адресов</translation>
     </message>
 </context>
 <context>
@@ -890,6 +910,13 @@
         <source>[a-z]\d{3,3}[a-z]{2,2}\d{2,3}|\d{3,3}</source>
         <comment>VaskSettings</comment>
         <translation>[a-zавекмнорстух]\d{3,3}[a-zавекмнорстух]{2,2}\d{2,3}|\d{3,3}</translation>
+    </message>
+</context>
+<context>
+    <name>RegularFile</name>
+    <message>
+        <source>This is not a regular file</source>
+        <translation>Это не обычный файл</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "records/csv.h"
+#include "tests/support/bounded.h"
 #include "tests/support/filelimit.h"
 #include "tests/support/listpage.h"
 #include "tests/support/testmain.h"
@@ -11,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -18,6 +21,9 @@ using Page = ListPage;
 
 const QString ownFile = QStringLiteral("Destination file exists");
 const QString full = QStringLiteral("File too large");
+const QString tooLong = QStringLiteral("The access list is longer than 100,000 entries");
+const QString noRegularFile = QStringLiteral("This is not a regular file");
+const QByteArray titleLine = "Id;Number;Date from;Date till;Key;Comment";
 const QStringList titles = {QStringLiteral("Id"), QStringLiteral("Number; plate")};
 
 QByteArray timeText(const QDateTime &time)
@@ -95,6 +101,12 @@ private Q_SLOTS:
     void comesBack();
     void loadsForeignFiles_data();
     void loadsForeignFiles();
+    void refusesWhatIsNoList_data();
+    void refusesWhatIsNoList();
+    void boundsLength_data();
+    void boundsLength();
+    void keepsListWhereItIsNotReleased();
+    void opensRegularFilesOnly();
     void keepsListWithoutSource();
     void keepsListOnFullDisk();
     void endsWhenInterrupted();
@@ -132,21 +144,26 @@ void TestAccessFiles::namesOwnList()
 void TestAccessFiles::copies_data()
 {
     QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<QByteArray>("whole");
     for (const int entries : {0, 1, 999, 1000}) {
-        QTest::addRow("%d entries", entries) << Page::list(entries);
+        QTest::addRow("%d entries", entries) << Page::list(entries) << Page::list(entries);
     }
-    QTest::newRow("half an entry") << Page::list(3) + "half";
+    // What a cut write has left is no entry.
+    QTest::newRow("half an entry more") << Page::list(3) + "half" << Page::list(3);
+    QTest::newRow("a byte less") << Page::list(3).chopped(1) << Page::list(2);
+    QTest::newRow("half an entry") << QByteArray("half") << QByteArray();
 }
 
 void TestAccessFiles::copies()
 {
     QFETCH(QByteArray, list);
+    QFETCH(QByteArray, whole);
     write("list.tpa", list);
     QCOMPARE(AccessFiles::copy(below("list.tpa"), below("stick/copy.tpa")), QString());
-    QCOMPARE(content("stick/copy.tpa"), list);
+    QCOMPARE(content("stick/copy.tpa"), whole);
     write("stick/older.tpa", QByteArray(500000, 'o'));
     QCOMPARE(AccessFiles::copy(below("list.tpa"), below("stick/older.tpa")), QString());
-    QCOMPARE(content("stick/older.tpa"), list);
+    QCOMPARE(content("stick/older.tpa"), whole);
     QCOMPARE(stick().size(), 2);
     QCOMPARE(content("list.tpa"), list);
 }
@@ -284,7 +301,8 @@ void TestAccessFiles::comesBack()
 {
     QFETCH(int, entries);
     write("list.tpa", Page::list(entries));
-    QCOMPARE(saveCsv(below("list.tpa"), below("stick/list.csv")), QString());
+    const QStringList columns = QString::fromLatin1(titleLine).split(QLatin1Char(';'));
+    QCOMPARE(AccessFiles::saveCsv(below("list.tpa"), columns, below("stick/list.csv")), QString());
     write("back.tpa", Page::list(3, 700));
     QCOMPARE(AccessFiles::loadCsv(below("stick/list.csv"), below("back.tpa")), QString());
     QByteArray expected;
@@ -307,14 +325,16 @@ void TestAccessFiles::loadsForeignFiles_data()
     QTest::newRow("line ends of other systems")
         << swapped("titles" + lines + '\n', "\n", "\r\n") << both;
     QTest::newRow("quotes") << swapped("titles" + lines, ";key 1;", ";\"key 1\";") << both;
-    QTest::newRow("empty") << QByteArray() << QByteArray();
-    QTest::newRow("titles only") << QByteArray("titles") << QByteArray();
+    // As an empty list is saved.
+    QTest::newRow("titles only") << titleLine << QByteArray();
+    QTest::newRow("titles and a line end") << titleLine + "\r\n\n" << QByteArray();
     Access rubbish;
     rubbish.setId(0);
     rubbish.setDateTimeFrom(QDateTime());
-    QTest::newRow("rubbish") << QByteArray("titles\nwhat is this") << Page::bytes(rubbish);
-    QTest::newRow("separators") << QByteArray("titles\n;;;;;\n;;;;;;;;;")
-                                << Page::bytes(rubbish).repeated(2);
+    QTest::newRow("rubbish between") << "titles" + lineOf(0) + "\nwhat is this" + lineOf(1)
+                                     << loaded(0) + Page::bytes(rubbish) + loaded(1);
+    QTest::newRow("separators behind") << "titles" + lineOf(0) + "\n;;;;;\n;;;;;;;;;"
+                                       << loaded(0) + Page::bytes(rubbish).repeated(2);
     const QDateTime from = Page::entry(0).dateTimeFrom();
     const QDateTime till = Page::entry(0).dateTimeTill();
     QByteArray text =
@@ -330,6 +350,88 @@ void TestAccessFiles::loadsForeignFiles()
     QCOMPARE(AccessFiles::loadCsv(below("stick/list.csv"), below("list.tpa")), QString());
     QTEST(content("list.tpa"), "list");
     QCOMPARE(content("stick/list.csv"), text);
+}
+
+void TestAccessFiles::refusesWhatIsNoList_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("a line") << QByteArray("titles");
+    QTest::newRow("rubbish") << QByteArray("titles\nwhat is this");
+    QTest::newRow("rubbish under titles") << titleLine + "\nwhat is this";
+    QTest::newRow("separators") << QByteArray("titles\n;;;;;\n;;;;;;;;;");
+    QTest::newRow("fewer titles") << QByteArray("Id;Number;Date from;Date till;Key");
+    QTest::newRow("more titles") << titleLine + ";Colour";
+    QTest::newRow("an entry without titles") << lineOf(0).mid(1);
+    QTest::newRow("ids beyond 16 bits") << titleLine + "\n70000;A001BC77;;;;\n-40000;;;;;";
+    QTest::newRow("passages") << QByteArray("Time;Number\n21.11.2026 12:00:00;A001BC77;0;0;0;;");
+    QTest::newRow("a picture") << QByteArray("\xFF\xD8\xFF\xE0\0\x10JFIF\n\0;\n;", 15);
+    QTest::newRow("wide characters")
+        << QByteArray("\xFF\xFEI\0d\0;\0N\0\n\0" "1\0;\0A\0\n\0", 22);
+}
+
+void TestAccessFiles::refusesWhatIsNoList()
+{
+    QFETCH(QByteArray, text);
+    write("stick/list.csv", text);
+    bool released = false;
+    const auto release = [&released] { return released = true; };
+    QCOMPARE(AccessFiles::loadCsv(below("stick/list.csv"), below("list.tpa"), release),
+             QStringLiteral("The file is not an access list"));
+    QVERIFY(!released);
+    QCOMPARE(content("list.tpa"), Page::list(10));
+}
+
+void TestAccessFiles::boundsLength_data()
+{
+    QTest::addColumn<int>("entries");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("the longest") << 100000 << QString();
+    QTest::newRow("one more") << 100001 << tooLong;
+    QTest::newRow("many more") << 250000 << tooLong;
+}
+
+void TestAccessFiles::boundsLength()
+{
+    QFETCH(int, entries);
+    QFETCH(QString, error);
+    QByteArray text = titleLine;
+    for (int n = 0; n < entries; ++n) {
+        text += "\n1;A001BC77;;;;";
+    }
+    write("stick/list.csv", text);
+    bool released = false;
+    const auto release = [&released] { return released = true; };
+    QCOMPARE(AccessFiles::loadCsv(below("stick/list.csv"), below("list.tpa"), release), error);
+    QCOMPARE(released, error.isEmpty());
+    QCOMPARE(content("list.tpa").size(), int(Access::size) * (error.isEmpty() ? entries : 10));
+    // As a dump; half an entry does not count.
+    QFile dump(below("stick/list.tpa"));
+    QVERIFY(dump.open(QIODevice::WriteOnly));
+    QVERIFY(dump.resize(qint64(entries) * Access::size + 115));
+    QCOMPARE(AccessFiles::refusal(dump.fileName()), error);
+}
+
+void TestAccessFiles::keepsListWhereItIsNotReleased()
+{
+    write("stick/list.csv", titleLine + lineOf(0));
+    QVERIFY(!AccessFiles::loadCsv(below("stick/list.csv"), below("list.tpa"), [] {
+                 return false;
+             }).isEmpty());
+    QCOMPARE(content("list.tpa"), Page::list(10));
+}
+
+void TestAccessFiles::opensRegularFilesOnly()
+{
+    QCOMPARE(mkfifo(QFile::encodeName(below("stick/pipe.csv")).constData(), 0600), 0);
+    for (const QString &name : {below("stick/pipe.csv"), below("stick"), QStringLiteral("/dev/zero")}) {
+        const auto load = [&] { return AccessFiles::loadCsv(name, below("list.tpa")); };
+        QCOMPARE(Bounded::text(load), noRegularFile);
+        QCOMPARE(Bounded::text([&] { return AccessFiles::refusal(name); }), noRegularFile);
+        const auto copy = [&] { return AccessFiles::copy(name, below("stick/copy")); };
+        QCOMPARE(Bounded::text(copy), noRegularFile);
+    }
+    QCOMPARE(content("list.tpa"), Page::list(10));
 }
 
 void TestAccessFiles::keepsListWithoutSource()

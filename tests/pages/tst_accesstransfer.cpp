@@ -21,6 +21,8 @@ using Page = ListPage;
 
 constexpr int patience = 30000;
 const QString busy = QStringLiteral("Vask is busy now. Please try again later.");
+const QString damaged = QStringLiteral("The access list of Vask is damaged.");
+const QString tooLong = QStringLiteral("The access list is longer than 100,000 entries");
 const QString noList = QStringLiteral("No access base on Vask find out");
 
 } // namespace
@@ -42,6 +44,10 @@ private Q_SLOTS:
     void tellsRefusalsApart();
     void takesNoRubbish_data();
     void takesNoRubbish();
+    void tellsDamageApart_data();
+    void tellsDamageApart();
+    void sendsWholeEntries_data();
+    void sendsWholeEntries();
     void namesNothingOfLocalTrouble();
     void appends_data();
     void appends();
@@ -177,8 +183,6 @@ void TestAccessTransfer::takesNoRubbish_data()
     QTest::newRow("size is no number") << Fault::declaredSize("many");
     QTest::newRow("no size") << Fault::declaredSize("");
     QTest::newRow("negative size") << Fault::declaredSize("-116");
-    QTest::newRow("half an entry too few") << Fault::sizeOffset(-50);
-    QTest::newRow("half an entry too many") << Fault::sizeOffset(50);
     QTest::newRow("an entry too many") << Fault::sizeOffset(116);
     // Behind the last whole block, where the transfer does not mind a line that is lost.
     QTest::newRow("closed before the last byte") << Fault::closeAfter(-1);
@@ -202,6 +206,66 @@ void TestAccessTransfer::takesNoRubbish()
     QCOMPARE(device().journal().countRequests(), 2);
     device().faults().clear();
     QCOMPARE(fetch(), QString());
+}
+
+void TestAccessTransfer::tellsDamageApart_data()
+{
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<QString>("text");
+    const QByteArray list = Page::list(40);
+    const Fault none = Fault::sizeOffset(0);
+    QTest::newRow("an entry and a byte") << Page::list(1) + 'x' << none << damaged;
+    QTest::newRow("one byte") << QByteArray("x") << none << damaged;
+    QTest::newRow("a byte less") << list.chopped(1) << none << damaged;
+    QTest::newRow("half an entry more") << list + "half an entry" << none << damaged;
+    QTest::newRow("said to be shorter") << list << Fault::sizeOffset(-50) << damaged;
+    QTest::newRow("said to be longer") << list << Fault::sizeOffset(50) << damaged;
+    QTest::newRow("damaged and cut") << list + 'x' << Fault::closeAfter(2000) << damaged;
+    QTest::newRow("whole and cut") << list << Fault::closeAfter(2000) << busy;
+    QTest::newRow("whole") << list << none << QString();
+    QTest::newRow("the longest")
+        << QByteArray(100000 * int(Access::size), '\1') << none << QString();
+    QTest::newRow("one more")
+        << QByteArray(100001 * int(Access::size), '\1') << none << tooLong;
+    QTest::newRow("endless") << list << Fault::declaredSize("1160000000116") << tooLong;
+    QTest::newRow("endless and damaged") << list << Fault::declaredSize("9999999999") << damaged;
+}
+
+void TestAccessTransfer::tellsDamageApart()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(Fault, fault);
+    QFETCH(QString, text);
+    setDeviceList(list);
+    device().faults().add(fault.onlyFor(Fault::Method::Get));
+    Page::write(below("fetched"), "older");
+    QCOMPARE(fetch(), text);
+    if (text == tooLong) {
+        QCOMPARE(Page::content(below("fetched")), QByteArray("older"));
+    }
+    QCOMPARE(device().storedAccessList(), list);
+}
+
+void TestAccessTransfer::sendsWholeEntries_data()
+{
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<int>("entries");
+    QTest::newRow("half an entry more") << Page::list(9) + "half an entry" << 9;
+    QTest::newRow("a byte less") << Page::list(9).chopped(1) << 8;
+    QTest::newRow("half an entry") << QByteArray("half an entry") << 0;
+}
+
+void TestAccessTransfer::sendsWholeEntries()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(int, entries);
+    setDeviceList(Page::list(40));
+    Page::write(below("edited"), list);
+    QCOMPARE(inWorker([this] { return AccessTransfer(host()).send(below("edited")); }), QString());
+    QTRY_COMPARE(device().storedAccessList(), Page::list(entries));
+    QCOMPARE(Page::content(below("edited")), list);
+    QCOMPARE(temporaryFiles(), QStringList());
 }
 
 void TestAccessTransfer::namesNothingOfLocalTrouble()
@@ -259,7 +323,8 @@ void TestAccessTransfer::appendsToNothingElse_data()
     };
     row("full", "The access list of the device is full");
     row("missing", "Can't download proper data");
-    row("half an entry", "Vask is busy now. Please try again later.");
+    row("half an entry", "The access list of Vask is damaged.");
+    row("endless", "The access list is longer than 100,000 entries");
     row("refused upload", "Error=Disk is full");
 }
 
@@ -274,7 +339,9 @@ void TestAccessTransfer::appendsToNothingElse()
         list += "half an entry";
     }
     setDeviceList(list);
-    if (state == QLatin1String("missing")) {
+    if (state == QLatin1String("endless")) {
+        device().faults().add(Fault::declaredSize("1160000000116").onlyFor(Fault::Method::Get));
+    } else if (state == QLatin1String("missing")) {
         device().files().remove(DevicePaths::accessList());
         list.clear();
     } else if (upload) {

@@ -51,10 +51,11 @@ public:
     enum class End {
         Good,
         Bad,
-        None,   // the device says that it has no list
-        Lost,   // sent, but not taken; the panel cannot know it
-        Unsure, // the panel may know it or not; what is sent is not taken
-        Asleep  // sent and taken, but not in force
+        None,    // the device says that it has no list
+        Damaged, // what the device announces is no list
+        Lost,    // sent, but not taken; the panel cannot know it
+        Unsure,  // the panel may know it or not; what is sent is not taken
+        Asleep   // sent and taken, but not in force
     };
     Q_ENUM(End)
     // What happens beside the fault: to the file service, to the panel's disk, to the reload.
@@ -160,7 +161,7 @@ void TestSufferedNumbersFaults::addDownloads(Step step)
     row("garbage", Fault::garbage(), End::Bad);
     row("flood", Fault::flood(), End::Bad);
     row("no size", Fault::declaredSize("many"), End::Bad);
-    row("size too small", Fault::sizeOffset(-50), End::Bad);
+    row("size too small", Fault::sizeOffset(-50), End::Damaged);
     row("size too large", Fault::sizeOffset(116), End::Bad);
     row("closed at once", Fault::closeAfter(0), End::Bad);
     row("closed half-way", Fault::closeAfter(2000), End::Bad);
@@ -304,7 +305,8 @@ QString TestSufferedNumbersFaults::run(Step step, const Plan &plan, End end)
     }
     QString heading;
     QString text;
-    if (!isAppend(step) && (end == End::Bad || end == End::None || end == End::Unsure)) {
+    if (!isAppend(step) &&
+        (end == End::Bad || end == End::None || end == End::Damaged || end == End::Unsure)) {
         page_->answers().expect(ModalAnswers::reading(&heading, &text));
     }
     if (plan.act) {
@@ -369,9 +371,10 @@ void TestSufferedNumbersFaults::expectOnPanel(Step step, End end, const QString 
     }
     QVERIFY2(end != End::Unsure || text.isEmpty() || text == busyText, qPrintable(text));
     if (end != End::Unsure) {
-        QCOMPARE(text, end == End::None  ? QStringLiteral("No access base on Vask find out")
-                       : end == End::Bad ? busyText
-                                         : QString());
+        QCOMPARE(text, end == End::None      ? QStringLiteral("No access base on Vask find out")
+                       : end == End::Damaged ? QStringLiteral("The access list of Vask is damaged.")
+                       : end == End::Bad     ? busyText
+                                             : QString());
     }
     const bool fetched = step == Step::Fetch && text.isEmpty();
     QCOMPARE(ownList(), fetched ? deviceList : panelList);
