@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "pages/archiveintervaldialog.h"
 
+#include "records/localtime.h"
 #include "ui_archiveintervaldialog.h"
 
 #include <QSignalBlocker>
+
+#include <tuple>
 
 namespace
 {
@@ -12,7 +15,8 @@ constexpr int shortestSeconds = 3600;
 
 QDateTime wholeMinute(const QDateTime &time)
 {
-    return QDateTime(time.date(), QTime(time.time().hour(), time.time().minute()));
+    return time.addMSecs(
+        -QTime(0, 0, time.time().second(), time.time().msec()).msecsSinceStartOfDay());
 }
 
 } // namespace
@@ -33,10 +37,18 @@ ArchiveIntervalDialog::ArchiveIntervalDialog(QWidget *parent)
          {static_cast<QDateTimeEdit *>(ui_->deFrom), static_cast<QDateTimeEdit *>(ui_->teFrom),
           static_cast<QDateTimeEdit *>(ui_->deTo), static_cast<QDateTimeEdit *>(ui_->teTo)}) {
         connect(edit, &QDateTimeEdit::dateTimeChanged, this, &ArchiveIntervalDialog::onTimeChanged);
+        connect(edit, &QDateTimeEdit::editingFinished, this, &ArchiveIntervalDialog::settleTimes);
     }
+    connect(this, &QDialog::accepted, this, &ArchiveIntervalDialog::settleTimes);
 }
 
-ArchiveIntervalDialog::~ArchiveIntervalDialog() = default;
+ArchiveIntervalDialog::~ArchiveIntervalDialog()
+{
+    // The one that has the keyboard tells its end when the window goes, which is behind this.
+    for (const QDateTimeEdit *edit : findChildren<QDateTimeEdit *>()) {
+        disconnect(edit, nullptr, this, nullptr);
+    }
+}
 
 bool ArchiveIntervalDialog::allArchive() const
 {
@@ -45,12 +57,12 @@ bool ArchiveIntervalDialog::allArchive() const
 
 QDateTime ArchiveIntervalDialog::fromTime() const
 {
-    return QDateTime(ui_->deFrom->date(), ui_->teFrom->time());
+    return LocalTime::moment(ui_->deFrom->date(), ui_->teFrom->time(), from_);
 }
 
 QDateTime ArchiveIntervalDialog::toTime() const
 {
-    return QDateTime(ui_->deTo->date(), ui_->teTo->time());
+    return LocalTime::moment(ui_->deTo->date(), ui_->teTo->time(), to_);
 }
 
 void ArchiveIntervalDialog::setFromTime(const QDateTime &time)
@@ -66,7 +78,7 @@ void ArchiveIntervalDialog::setToTime(const QDateTime &time)
 void ArchiveIntervalDialog::clearDates()
 {
     const QDateTime now = QDateTime::currentDateTime();
-    setTimes(now.addDays(-1), now);
+    setTimes(LocalTime::moment(now.date().addDays(-1), now.time()), now);
     ui_->rbAllArchive->setChecked(true);
 }
 
@@ -97,5 +109,18 @@ void ArchiveIntervalDialog::setTimes(const QDateTime &from, const QDateTime &to)
     if (toTime() != to) {
         ui_->deTo->setDate(to.date());
         ui_->teTo->setTime(to.time());
+    }
+    from_ = from;
+    to_ = to;
+}
+
+void ArchiveIntervalDialog::settleTimes()
+{
+    for (const auto &[date, time, meant] : {std::make_tuple(ui_->deFrom, ui_->teFrom, fromTime()),
+                                            std::make_tuple(ui_->deTo, ui_->teTo, toTime())}) {
+        const QSignalBlocker dateBlocker(date);
+        const QSignalBlocker timeBlocker(time);
+        date->setDate(meant.date());
+        time->setTime(meant.time());
     }
 }

@@ -36,6 +36,11 @@ private Q_SLOTS:
 private:
     // Without a word to onTimeChanged().
     void setTimes(const QDateTime &from, const QDateTime &to);
+    // Shows what is meant by times that the clocks leave out.
+    void settleTimes();
 
     std::unique_ptr<Ui_ArchiveIntervalDialog> ui_;
+    // Last set; where a time comes twice, the edits alone do not tell which one it is.
+    QDateTime from_;
+    QDateTime to_;
 };

@@ -5,6 +5,8 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTableView>
 
 namespace
@@ -36,9 +38,15 @@ NumberFilter::NumberFilter(const Widgets &widgets, QAbstractItemModel *model,
 void NumberFilter::rebind(const std::function<void()> &bind)
 {
     QHeaderView *header = widgets_.table->horizontalHeader();
+    QScrollBar *bar = widgets_.table->horizontalScrollBar();
     const QByteArray columns = header->saveState();
+    const int first = bar->value();
     proxy_->change(bind);
     header->restoreState(columns);
+    // The header does not tell that its columns have other widths again, and the table would scroll
+    // no further than those that they had in between reach.
+    Q_EMIT header->geometriesChanged();
+    bar->setValue(first);
 }
 
 void NumberFilter::enable(int state)
@@ -78,11 +86,15 @@ void NumberFilter::filter()
     }
     const QAbstractItemModel *model = proxy_->sourceModel();
     const int row = proxy_->mapToSource(widgets_.table->currentIndex()).row();
-    rebind([this] { proxy_->setFilterRegExp(wanted_); });
-    if (row >= 0) {
-        widgets_.table->setCurrentIndex(
-            proxy_->mapFromSource(model->index(row, proxy_->filterKeyColumn())));
+    {
+        const QScopedValueRollback<bool> work(atWork_, true);
+        rebind([this] { proxy_->setFilterRegExp(wanted_); });
+        if (row >= 0) {
+            widgets_.table->setCurrentIndex(
+                proxy_->mapFromSource(model->index(row, proxy_->filterKeyColumn())));
+        }
     }
+    Q_EMIT filtered();
 }
 
 VaskSettings::NumFilterMode NumberFilter::mode() const

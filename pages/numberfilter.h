@@ -40,6 +40,9 @@ public:
 
     NumberProxy *proxy() const { return proxy_; }
 
+    // While other rows are shown: the current row comes and goes by no hand.
+    bool isAtWork() const { return atWork_; }
+
     // Binds the model anew while no view looks; the table keeps its columns.
     void rebind(const std::function<void()> &bind);
 
@@ -48,6 +51,10 @@ public:
     // What is typed and how it is meant; local letters that look like Latin ones find these. The
     // text on view stays as it was typed, but one that cannot be typed in this way is cleared.
     void apply();
+
+Q_SIGNALS:
+    // Other rows are shown.
+    void filtered();
 
 private:
     VaskSettings::NumFilterMode mode() const;
@@ -58,4 +65,5 @@ private:
     std::array<QRegExpValidator, 3> validators_;
     QRegExp wanted_;
     QTimer pause_;
+    bool atWork_ = false;
 };

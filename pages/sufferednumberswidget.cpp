@@ -11,7 +11,6 @@
 #include "pages/dumpfolder.h"
 #include "pages/numberfilter.h"
 #include "pages/tablefiledialog.h"
-#include "pages/tableload.h"
 #include "records/accessmodel.h"
 #include "records/vasksettings.h"
 #include "ui_sufferednumberswidget.h"
@@ -20,7 +19,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
-#include <QScopedValueRollback>
 #include <QTemporaryDir>
 
 SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
@@ -31,10 +29,10 @@ SufferedNumbersWidget::SufferedNumbersWidget(QWidget *parent)
     , runner_(this)
 {
     ui_->setupUi(this);
-    editor_ = {ui_->lineEditId,   ui_->lineEditNumber, ui_->dateEditFrom, ui_->timeEditFrom,
-               ui_->dateEditTill, ui_->timeEditTill,   ui_->lineEditKey,  ui_->textEditComment};
+    editor_.setFields({ui_->lineEditId, ui_->lineEditNumber, ui_->dateEditFrom, ui_->timeEditFrom,
+                       ui_->dateEditTill, ui_->timeEditTill, ui_->lineEditKey,
+                       ui_->textEditComment});
     createTable();
-    editor_.clear();
     wire();
     wireEditor();
     start(&SufferedNumbersWidget::loadTableFromDatFile, AccessFiles::ownList(),
@@ -54,6 +52,7 @@ void SufferedNumbersWidget::createTable()
                                 ui_->radioButtonNotRegionalSymbols,
                                 ui_->radioButtonNotRegionalNumbers, ui_->tableViewSuffered},
                                model_, AccessFiles::numbersOf(model_), this);
+    connect(filter_, &NumberFilter::filtered, this, &SufferedNumbersWidget::enableApply);
     const QString title = tr("Append to Vask");
     menu_ = new QMenu(title, ui_->tableViewSuffered);
     connect(menu_->addAction(title), &QAction::triggered, this,
@@ -221,7 +220,7 @@ int SufferedNumbersWidget::currentRow() const
 void SufferedNumbersWidget::showRecord(const QModelIndex &index)
 {
     enableApply();
-    if (!index.isValid() || filtering_) {
+    if (!index.isValid() || filter_->isAtWork()) {
         return; // what the operator has typed stays
     }
     if (index != ui_->tableViewSuffered->currentIndex()) {
@@ -259,9 +258,8 @@ void SufferedNumbersWidget::applyRecord()
         return;
     }
     Access access = model_->value(row);
-    editor_.takeTexts(&access);
-    editor_.takeTimes(&access);
-    if (!model_->setValue(row, access)) {
+    editor_.takeChanges(&access);
+    if (!model_->setStored(row, access)) {
         ErrorBrowser::error(tr("Error"), tr("Can't store the record"), this);
     } else if (currentRow() == row) {
         editor_.show(model_->value(row)); // as it was stored: translated, and cut where too long
@@ -373,11 +371,12 @@ void SufferedNumbersWidget::loadTableFromFile()
 QString SufferedNumbersWidget::loadTableFromDatFile(QString name)
 {
     // The panel's own list is made when it is not there yet, and nobody chose its folder.
-    if (name != AccessFiles::ownList()) {
-        const QString error = TableLoad::refusal(name);
-        if (!error.isEmpty()) {
-            return error;
-        }
+    const bool isOwn = name == AccessFiles::ownList();
+    const QString error = !isOwn || QFile::exists(name) ? AccessFiles::refusal(name) : QString();
+    if (!error.isEmpty()) {
+        return error;
+    }
+    if (!isOwn) {
         Settings::instance()->setLastLoadedSufferedFile(QFileInfo(name).absolutePath());
     }
     handover_.rebind(name);
@@ -389,11 +388,14 @@ QString SufferedNumbersWidget::loadTableFromCSVFile(QString name)
 {
     const QString list = AccessFiles::ownList();
     const QString before = listOfJob();
-    if (!handover_.rebind(QString())) {
-        return QString(); // closing
+    bool released = false;
+    const QString error = AccessFiles::loadCsv(name, list, [this, &released] {
+        released = handover_.rebind(QString());
+        return released;
+    });
+    if (released) {
+        handover_.rebind(error.isEmpty() ? list : before);
     }
-    const QString error = AccessFiles::loadCsv(name, list);
-    handover_.rebind(error.isEmpty() ? list : before);
     if (error.isEmpty()) {
         Settings::instance()->setLastLoadedSufferedFile(QFileInfo(name).absolutePath());
         origin_.set(tr("local"));
@@ -460,16 +462,12 @@ void SufferedNumbersWidget::menuRequested(const QPoint &position)
 
 void SufferedNumbersWidget::enableFilter(int state)
 {
-    const QScopedValueRollback<bool> filtering(filtering_, true);
     filter_->enable(state);
-    enableApply();
 }
 
 void SufferedNumbersWidget::setFilter()
 {
-    const QScopedValueRollback<bool> filtering(filtering_, true);
     filter_->apply();
-    enableApply();
 }
 
 void SufferedNumbersWidget::setDeviceString()

@@ -122,7 +122,6 @@ private:
     QMenu *menu_ = nullptr;          // a child of the table
     AccessEditor editor_;
     TableColumns columns_;
-    bool filtering_ = false;
 
     // Written before a job starts, read by it.
     QString jobList_;

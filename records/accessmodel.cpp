@@ -141,6 +141,11 @@ bool AccessModel::setValue(int row, const Access &access)
     return StructureFileModel<Access>::setValue(row, translated(access));
 }
 
+bool AccessModel::setStored(int row, const Access &access)
+{
+    return StructureFileModel<Access>::setValue(row, access);
+}
+
 bool AccessModel::append(const Access &access)
 {
     if (rowCount() >= mostEntries) {

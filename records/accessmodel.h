@@ -38,6 +38,8 @@ public:
     QStringList titles() const;
 
     bool setValue(int row, const Access &access) override;
+    // As it stands: an entry whose number nobody has touched keeps it as it was stored.
+    bool setStored(int row, const Access &access);
     // With a new id: one above the largest up to 1000, then the first hole between two entries.
     // Where there is none either, the entry keeps its own. False when the list is full.
     bool append(const Access &access) override;

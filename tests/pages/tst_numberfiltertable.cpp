@@ -2,6 +2,7 @@
 #include "tests/pages/numberfiltercase.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 namespace
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void currentRowStays();
     void currentRowGoesWithItsRow();
     void columnsStay();
+    void columnsStayInReach();
     void resetsOnlyForOtherRows();
     void longTableWaitsForAPause();
     void longTableIsShownWholeAgain();
@@ -231,6 +233,42 @@ void TestNumberFilterTable::columnsStay()
     group_->filter->rebind([this] { model_->setFileName(below("table.tpp")); });
     QCOMPARE(header->saveState(), columns);
     QCOMPARE(header->sectionSize(numberColumn), 321);
+}
+
+void TestNumberFilterTable::columnsStayInReach()
+{
+    QTableView &table = group_->table;
+    QHeaderView *header = table.horizontalHeader();
+    const QScrollBar *bar = table.horizontalScrollBar();
+    group_->window.resize(450, 500);
+    // Wider than the toolkit's own, which the table has while it is taken up.
+    for (int column = 0; column < header->count(); ++column) {
+        header->resizeSection(column, 250);
+    }
+    const int reach = header->count() - 1; // in columns, of which one is seen whole
+    QTRY_COMPARE(bar->maximum(), reach);
+    const auto compareReach = [&] {
+        QTRY_COMPARE(bar->maximum(), reach);
+        table.horizontalScrollBar()->setValue(reach);
+        const int last = header->sectionViewportPosition(header->count() - 1);
+        QVERIFY2(last >= 0 && last < table.viewport()->width(), qPrintable(QString::number(last)));
+        QVERIFY(header->offset() > 0);
+    };
+    compareReach();
+    click(group_->on);
+    type(plate("A4"));
+    compareReach();
+    type(plate("X")); // no row is left
+    compareReach();
+    click(group_->on);
+    QCOMPARE(proxy()->rowCount(), 5);
+    compareReach();
+    group_->filter->rebind([this] { model_->setFileName(QString()); });
+    group_->filter->rebind([this] { model_->setFileName(below("table.tpp")); });
+    compareReach();
+    // What was on view stays on view.
+    click(group_->on);
+    QCOMPARE(bar->value(), reach);
 }
 
 // Each change is a reset for letting go of the table and one for taking it up.
