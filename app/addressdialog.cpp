@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/addressdialog.h"
 
+#include "app/errorbrowser.h"
 #include "app/settings.h"
 
 #include "ui_addressdialog.h"
@@ -138,7 +139,9 @@ void AddressDialog::saveSettings()
     for (int row = 0; row < ui_->listWidgetAddresses->count(); ++row) {
         addresses.append(ui_->listWidgetAddresses->item(row)->text());
     }
-    settings->setAddressList(addresses);
+    if (!settings->setAddressList(addresses)) {
+        ErrorBrowser::error(tr("Error"), tr("The address list could not be stored"), this);
+    }
 }
 
 void AddressDialog::backspace()

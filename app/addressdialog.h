@@ -11,8 +11,9 @@ class Ui_AddressDialogClass;
 
 // Chooses the device to talk to from a remembered list of addresses, and edits that list and the
 // two ports of the devices. Every list action is stored at once, so it survives Cancel; a port
-// changed alone is stored with the next list action or with OK. Addresses are kept exactly as
-// typed: not checked, may be empty, may stand twice. Without a settings object nothing is stored.
+// changed alone is stored with the next list action or with OK. What could not be stored is told,
+// and holds until the program ends. Addresses are kept exactly as typed: not checked, may be empty,
+// may stand twice. Without a settings object nothing is stored.
 //
 // Made on the stack of the page that needs an address, run modally, then asked for result(). GUI
 // thread.

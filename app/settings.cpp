@@ -379,9 +379,14 @@ QStringList Settings::addressList() const
 {
     return value(QLatin1String(key::addresses), QStringList()).toStringList();
 }
-void Settings::setAddressList(const QStringList &addresses)
+bool Settings::setAddressList(const QStringList &addresses)
 {
     put(key::addresses, addresses);
+    // Of all objects on one file each writes what is not in it yet, and each keeps its first error;
+    // a fresh one has none.
+    QSettings writer(fileName(), format());
+    writer.sync();
+    return writer.status() == QSettings::NoError;
 }
 
 QString Settings::videoTempFile(int n) const

@@ -96,7 +96,9 @@ public:
     void setLastSavedPhoto(const QString &path);
 
     QStringList addressList() const;
-    void setAddressList(const QStringList &addresses);
+    // False when it is not in the settings' file: no room, no right. It counts until the program
+    // ends.
+    bool setAddressList(const QStringList &addresses);
 
     // Camera frame of channel n, here and on the device.
     QString videoTempFile(int n) const;
