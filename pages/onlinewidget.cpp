@@ -192,16 +192,23 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
         return;
     }
     // The identifier first: a row never stands without its entry.
-    if (!index_.isOpen()) {
-        index_.open(model_->indexFile(), QIODevice::WriteOnly);
-    }
-    const bool indexed = index_.write(model_->rowCount(), event.vaskId());
+    bool indexed = writeIndex(event.vaskId());
     recovered_.makeRoom(mostFreeingMsec); // what a former run left goes before what comes now
     model_->freeSpace();
     if (!indexed) {
-        index_.write(model_->rowCount(), event.vaskId()); // there may be room now
+        indexed = writeIndex(event.vaskId()); // there may be room now
     }
-    insertRecord(Scan(event.onLine()));
+    if (indexed) {
+        insertRecord(Scan(event.onLine()));
+    } else {
+        reportFullDisk();
+    }
+}
+
+bool OnLineWidget::writeIndex(const QString &vaskId)
+{
+    return (index_.isOpen() || index_.open(model_->indexFile(), QIODevice::WriteOnly)) &&
+           index_.write(model_->rowCount(), vaskId);
 }
 
 void OnLineWidget::showLatePicture(const OnLineEvent &event)

@@ -91,6 +91,8 @@ private:
     void handlePassage(const OnLineEvent &event);
     void handlePipe(const PipeEvent &event);
     void showLatePicture(const OnLineEvent &event);
+    // The entry of the next row.
+    bool writeIndex(const QString &vaskId);
     void reportFullDisk();
     bool isWatched(const QString &host) const;
     // -1 unless the slot's sender is one of the two.

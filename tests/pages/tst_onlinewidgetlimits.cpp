@@ -6,7 +6,9 @@
 #include "tests/support/filelimit.h"
 #include "tests/support/onlinepage.h"
 #include "tests/support/testmain.h"
+#include "tests/support/unreadable.h"
 
+#include <QDir>
 #include <QMessageBox>
 #include <QTemporaryDir>
 
@@ -46,6 +48,8 @@ private Q_SLOTS:
     void reportsFullDiskOnce();
     void keepsFilesInStepOnFullDisk();
     void reportsDiskFullFromTheBeginning();
+    void storesNoRowWithoutEntry_data();
+    void storesNoRowWithoutEntry();
     void endsInEveryState_data();
     void endsInEveryState();
     void endsWhileSaving();
@@ -206,6 +210,48 @@ void TestOnLineWidgetLimits::reportsDiskFullFromTheBeginning()
     QCOMPARE(Page::indexBytes(), QByteArray());
     page_->tellPassage(Page::record(2), Page::nowhere());
     QCOMPARE(Page::tableBytes(), Page::tableOf(Page::records(1, 2)));
+    QCOMPARE(Page::indexBytes(), Page::indexOf({QStringLiteral("gate")}));
+}
+
+void TestOnLineWidgetLimits::storesNoRowWithoutEntry_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::newRow("first row") << 0;
+    QTest::newRow("after others") << 3;
+}
+
+// Room for the row, none for its entry: neither is written.
+void TestOnLineWidgetLimits::storesNoRowWithoutEntry()
+{
+    QFETCH(int, rows);
+    page_ = std::make_unique<Page>();
+    const QString host = Page::nowhere();
+    const QString index = Page::folder() + QStringLiteral("/tmponline.tpp.index");
+    page_->page().selectDevice(host);
+    for (int n = 0; n < rows; ++n) {
+        page_->tellPassage(Page::record(n), host);
+    }
+    if (rows == 0) {
+        // It is opened with the first passage.
+        QVERIFY(QFile::remove(index) && QDir().mkpath(index));
+    } else {
+        QVERIFY(Unreadable::makeReadOnly(index) > 0);
+    }
+    QString title;
+    QString text;
+    page_->answers().expect(ModalAnswers::reading(&title, &text));
+    page_->tellPassage(Page::record(rows), host);
+    QCOMPARE(title, QStringLiteral("Data error"));
+    QCOMPARE(text, QStringLiteral("It is not enoth space on disk!"));
+    QCOMPARE(page_->rows(), rows);
+    QCOMPARE(Page::tableBytes(), Page::tableOf(Page::records(rows)));
+    if (rows > 0) {
+        QCOMPARE(Page::indexBytes(), Page::indexOf({QStringLiteral("gate")}).repeated(rows));
+        return;
+    }
+    QVERIFY(QDir().rmdir(index));
+    page_->tellPassage(Page::record(0), host);
+    QCOMPARE(Page::tableBytes(), Page::tableOf(Page::records(1)));
     QCOMPARE(Page::indexBytes(), Page::indexOf({QStringLiteral("gate")}));
 }
 

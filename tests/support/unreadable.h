@@ -8,14 +8,19 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// A disk that no longer gives what it has: from its making on, this process can read nothing more
-// through the handles that it has on a file, though their size can be asked and writing goes on.
-// Handles that are opened afterwards can read. For good: a test of the page closes them.
+// A disk that no longer gives or takes, from then on, for the handles that this process has on a
+// file; its size can still be asked. Handles that are opened afterwards do everything. For good: a
+// test of the page closes them.
 class Unreadable
 {
 public:
-    // How many handles there were.
-    static int make(const QString &file)
+    // Nothing more can be read through them, writing goes on. How many handles there were.
+    static int make(const QString &file) { return replace(file, O_WRONLY); }
+    // The other way round.
+    static int makeReadOnly(const QString &file) { return replace(file, O_RDONLY); }
+
+private:
+    static int replace(const QString &file, int mode)
     {
         const QString path = QFileInfo(file).canonicalFilePath();
         const QDir handles(QStringLiteral("/proc/self/fd"));
@@ -23,9 +28,9 @@ public:
         const QStringList all = handles.entryList(QDir::Files | QDir::System);
         for (const QString &handle : all) {
             if (QFileInfo(handles.filePath(handle)).symLinkTarget() == path) {
-                const int writing = open(QFile::encodeName(path).constData(), O_WRONLY);
-                made += dup2(writing, handle.toInt()) >= 0 ? 1 : 0;
-                close(writing);
+                const int other = open(QFile::encodeName(path).constData(), mode);
+                made += dup2(other, handle.toInt()) >= 0 ? 1 : 0;
+                close(other);
             }
         }
         return made;
