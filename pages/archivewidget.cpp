@@ -294,8 +294,9 @@ void ArchiveWidget::showRecord(const QModelIndex &index)
         return;
     }
     shownRow_ = row;
-    const Scan scan = model_->value(row);
-    const QString photo = ArchiveFiles::photo(model_->fileName(), scan, model_->deviceOf(row));
+    const std::optional<Scan> scan = model_->read(row);
+    const QString photo =
+        scan ? ArchiveFiles::photo(model_->fileName(), *scan, model_->deviceOf(row)) : QString();
     photo_->setLayers(photo, PassageDetails::archiveLines(scan));
     ui_->buttonSavePhoto->setEnabled(PhotoName::isThere(photo));
 }
@@ -317,8 +318,8 @@ void ArchiveWidget::menuRequested(const QPoint &position)
 
 void ArchiveWidget::addToSuffered()
 {
-    if (currentRow() >= 0) {
-        PassageTable::addToAccessList(model_->value(currentRow()));
+    if (const auto scan = PassageTable::read(*model_, currentRow(), this)) {
+        PassageTable::addToAccessList(*scan);
     }
 }
 
@@ -462,15 +463,14 @@ QString ArchiveWidget::copyPhotos(const QString &name)
 
 void ArchiveWidget::savePhoto()
 {
-    if (currentRow() < 0) {
+    const int row = currentRow();
+    const std::optional<Scan> scan = PassageTable::read(*model_, row, this);
+    if (!scan) {
         return;
     }
-    const Scan scan = model_->value(currentRow());
-    const QString photo =
-        ArchiveFiles::photo(model_->fileName(), scan, model_->deviceOf(currentRow()));
-    const QString name = PassageTable::askPhotoName(this, scan);
+    savedPhoto_ = ArchiveFiles::photo(model_->fileName(), *scan, model_->deviceOf(row));
+    const QString name = PassageTable::askPhotoName(this, *scan);
     if (!name.isEmpty()) {
-        savedPhoto_ = photo;
         start(&ArchiveWidget::savePhotoToFile, name);
     }
 }

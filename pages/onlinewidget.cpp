@@ -217,13 +217,13 @@ void OnLineWidget::showLatePicture(const OnLineEvent &event)
     const QDateTime time = event.onLine().dateTime();
     const QModelIndex current = ui_->tableViewOnLine->currentIndex();
     for (int row = model_->rowCount() - 1; row >= 0; --row) {
-        const QDateTime rowTime = model_->value(row).dateTime();
-        if (rowTime < time) {
+        const std::optional<Scan> scan = model_->read(row);
+        if (scan && scan->dateTime() < time) {
             return;
         }
         // Of another device's passage in the same second, the photo has another name.
-        if (rowTime == time && row == current.row() &&
-            QFileInfo(photoPath(row)).fileName() == QFileInfo(event.fileName()).fileName()) {
+        if (scan && scan->dateTime() == time && row == current.row() &&
+            QFileInfo(photoPath(row, *scan)).fileName() == QFileInfo(event.fileName()).fileName()) {
             showRecord(current);
             return;
         }
@@ -287,16 +287,16 @@ void OnLineWidget::showRecord(const QModelIndex &index)
         photo_->clear();
         return;
     }
-    const Scan scan = model_->value(index.row());
-    const QString photo = photoPath(index.row());
+    const std::optional<Scan> scan = model_->read(index.row());
+    const QString photo = scan ? photoPath(index.row(), *scan) : QString();
     photo_->setLayers(photo, PassageDetails::onLineLines(scan));
     ui_->buttonSavePhoto->setEnabled(PhotoName::isThere(photo));
 }
 
-QString OnLineWidget::photoPath(int row) const
+QString OnLineWidget::photoPath(int row, const Scan &scan) const
 {
     return PhotoFiles::path(QFileInfo(model_->indexFile()).absolutePath(),
-                            VaskSettings::picFileDir(), model_->value(row), model_->deviceOf(row));
+                            VaskSettings::picFileDir(), scan, model_->deviceOf(row));
 }
 
 void OnLineWidget::setDeviceString()
@@ -327,9 +327,9 @@ void OnLineWidget::menuRequested(const QPoint &position)
 
 void OnLineWidget::addToSuffered()
 {
-    const QModelIndex current = ui_->tableViewOnLine->currentIndex();
-    if (current.isValid()) {
-        PassageTable::addToAccessList(model_->value(current.row()));
+    const int row = ui_->tableViewOnLine->currentIndex().row();
+    if (const auto scan = PassageTable::read(*model_, row, this)) {
+        PassageTable::addToAccessList(*scan);
     }
 }
 
@@ -444,13 +444,13 @@ QString OnLineWidget::copyPhotos(const QString &folder)
 
 void OnLineWidget::savePhoto()
 {
-    const QModelIndex current = ui_->tableViewOnLine->currentIndex();
-    if (!current.isValid()) {
+    const int row = ui_->tableViewOnLine->currentIndex().row();
+    const std::optional<Scan> scan = PassageTable::read(*model_, row, this);
+    if (!scan) {
         return;
     }
-    const Scan scan = model_->value(current.row());
-    const QString photo = photoPath(current.row());
-    const QString name = PassageTable::askPhotoName(this, scan);
+    const QString photo = photoPath(row, *scan);
+    const QString name = PassageTable::askPhotoName(this, *scan);
     if (name.isEmpty()) {
         return;
     }

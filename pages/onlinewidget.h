@@ -98,7 +98,7 @@ private:
     // -1 unless the slot's sender is one of the two.
     int senderChannel(const QAbstractButton *first, const QAbstractButton *second) const;
 
-    QString photoPath(int row) const;
+    QString photoPath(int row, const Scan &scan) const;
     // Of the running save, or of this moment.
     TableSnapshot savedTable() const;
     void startSave(SaveThread::Method method, const QString &name);

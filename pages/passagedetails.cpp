@@ -15,14 +15,27 @@ QString labelled(const QString &label, QString value)
 
 } // namespace
 
-QStringList PassageDetails::onLineLines(const Scan &scan)
+QString PassageDetails::unread()
 {
+    return tr("Can't read the record");
+}
+
+QStringList PassageDetails::onLineLines(const std::optional<Scan> &passage)
+{
+    if (!passage) {
+        return {unread()};
+    }
+    const Scan &scan = *passage;
     return {number(scan),  date(scan),    accessWay(scan), registration(scan),
             verdict(scan), comment(scan), accessKey(scan)};
 }
 
-QStringList PassageDetails::archiveLines(const Scan &scan)
+QStringList PassageDetails::archiveLines(const std::optional<Scan> &passage)
 {
+    if (!passage) {
+        return {unread()};
+    }
+    const Scan &scan = *passage;
     return {number(scan),    date(scan),      verdict(scan), registration(scan),
             accessWay(scan), accessKey(scan), comment(scan)};
 }

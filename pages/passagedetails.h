@@ -6,15 +6,18 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <optional>
+
 // The lines of text that tell of one passage over its photo.
 class PassageDetails
 {
     Q_DECLARE_TR_FUNCTIONS(PassageDetails)
 
 public:
-    // As each page orders them.
-    static QStringList onLineLines(const Scan &scan);
-    static QStringList archiveLines(const Scan &scan);
+    // As each page orders them; of a passage that could not be read, that.
+    static QStringList onLineLines(const std::optional<Scan> &passage);
+    static QStringList archiveLines(const std::optional<Scan> &passage);
+    static QString unread();
 
     static QString number(const Scan &scan);
     static QString date(const Scan &scan);

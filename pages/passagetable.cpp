@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "pages/passagetable.h"
 
+#include "app/errorbrowser.h"
 #include "app/settings.h"
 #include "app/shellaccess.h"
 #include "net/events.h"
+#include "pages/passagedetails.h"
 #include "pages/proportionalsclalewidget.h"
 #include "records/scanmodel.h"
 #include "records/vasksettings.h"
@@ -52,6 +54,15 @@ QMenu *PassageTable::createMenu(QTableView *table, const std::function<void()> &
     auto *menu = new QMenu(title, table);
     QObject::connect(menu->addAction(title), &QAction::triggered, table, addToSuffered);
     return menu;
+}
+
+std::optional<Scan> PassageTable::read(ScanModel &model, int row, QWidget *page)
+{
+    const std::optional<Scan> scan = model.read(row);
+    if (!scan && row >= 0) {
+        ErrorBrowser::error(tr("Error"), PassageDetails::unread(), page);
+    }
+    return scan;
 }
 
 QString PassageTable::askPhotoName(QWidget *page, const Scan &scan)

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <functional>
+#include <optional>
 
 class ProportionalSclaleWidget;
 class QLabel;
@@ -33,6 +34,10 @@ public:
 
     // The menu of a row, with one action.
     static QMenu *createMenu(QTableView *table, const std::function<void()> &addToSuffered);
+
+    // The passage of a row. One that cannot be read is told over the page; nothing is told, and
+    // nothing returned, of row -1.
+    static std::optional<Scan> read(ScanModel &model, int row, QWidget *page);
 
     // Asks under which name to save the passage's photo; empty when the operator gave it up.
     static QString askPhotoName(QWidget *page, const Scan &scan);

@@ -9,6 +9,7 @@
 #include "pages/accessfiles.h"
 #include "pages/devicetitle.h"
 #include "pages/dumpfolder.h"
+#include "pages/listentry.h"
 #include "pages/numberfilter.h"
 #include "pages/tablefiledialog.h"
 #include "records/accessmodel.h"
@@ -168,15 +169,15 @@ QString SufferedNumbersWidget::putTableToNetwork(QString host)
 
 void SufferedNumbersWidget::appendToVask()
 {
-    if (currentRow() < 0) {
+    const std::optional<Access> entry = ListEntry::read(*model_, currentRow(), this);
+    if (!entry) {
         return;
     }
-    const Access entry = model_->value(currentRow());
     const QString device = askDevice();
     if (device.isEmpty()) {
         return;
     }
-    jobEntry_ = entry;
+    jobEntry_ = *entry;
     const QObject *job = start(&SufferedNumbersWidget::appendRecordToVask, device, nullptr);
     // There is no such slot, so nothing turns back from the busy face; existing panels do so.
     connect(job, SIGNAL(finished()), this, SLOT(threadFinished()));
@@ -185,8 +186,8 @@ void SufferedNumbersWidget::appendToVask()
 QString SufferedNumbersWidget::appendRecordToVask(QString host)
 {
     const bool inJob = QThread::currentThread() != thread();
-    const QString error =
-        AccessTransfer(host).append(inJob ? jobEntry_ : model_->value(currentRow()));
+    const std::optional<Access> entry = inJob ? jobEntry_ : model_->read(currentRow());
+    const QString error = entry ? AccessTransfer(host).append(*entry) : ListEntry::unread();
     if (error.isEmpty()) {
         reloadVaskPassbase(host);
     }
@@ -227,7 +228,9 @@ void SufferedNumbersWidget::showRecord(const QModelIndex &index)
         ui_->tableViewSuffered->setCurrentIndex(index); // which announces it
         return;
     }
-    editor_.show(model_->value(currentRow()));
+    const std::optional<Access> entry = ListEntry::read(*model_, currentRow(), this);
+    entry ? editor_.show(*entry) : editor_.clear();
+    ui_->buttonApply->setEnabled(entry.has_value());
 }
 
 void SufferedNumbersWidget::newRecord()
@@ -254,15 +257,16 @@ void SufferedNumbersWidget::newRecord()
 void SufferedNumbersWidget::applyRecord()
 {
     const int row = currentRow();
-    if (row < 0) {
+    const std::optional<Access> stored = ListEntry::read(*model_, row, this);
+    if (!stored) {
         return;
     }
-    Access access = model_->value(row);
+    Access access = *stored;
     editor_.takeChanges(&access);
     if (!model_->setStored(row, access)) {
         ErrorBrowser::error(tr("Error"), tr("Can't store the record"), this);
     } else if (currentRow() == row) {
-        editor_.show(model_->value(row)); // as it was stored: translated, and cut where too long
+        editor_.show(model_->read(row).value_or(access)); // as stored: translated, cut if too long
     }
 }
 

@@ -99,38 +99,49 @@ QVariant AccessModel::data(const QModelIndex &index, int role) const
     }
     const int row = index.row();
     if (role == Qt::DisplayRole) {
-        return index.column() == IdColumn ? QVariant(int(partOf(row, AccessLayout::id).id()))
-                                          : QVariant(display(row, index.column()));
+        return display(row, index.column());
     }
     if (role == Qt::AccessibleTextRole) {
         return SpokenCell::text(headerData(index.column(), Qt::Horizontal, Qt::DisplayRole),
                                 data(index, Qt::DisplayRole));
     }
     if (role == Qt::EditRole && index.column() == FromColumn) {
-        return partOf(row, AccessLayout::dateTimeFrom).dateTimeFrom();
+        const auto entry = partOf(row, AccessLayout::dateTimeFrom);
+        return entry ? QVariant(entry->dateTimeFrom()) : QVariant();
     }
     if (role == Qt::EditRole && index.column() == TillColumn) {
-        return partOf(row, AccessLayout::dateTimeTill).dateTimeTill();
+        const auto entry = partOf(row, AccessLayout::dateTimeTill);
+        return entry ? QVariant(entry->dateTimeTill()) : QVariant();
     }
     return QVariant();
 }
 
-QString AccessModel::display(int row, int column) const
+QVariant AccessModel::display(int row, int column) const
 {
     const auto time = [](const QDateTime &value) {
         return value.toString(accessModelDateTimeFormat);
     };
+    const auto cell = [this, row](const RecordField &field, const auto &shown) {
+        const std::optional<Access> entry = partOf(row, field);
+        return entry ? QVariant(shown(*entry)) : QVariant();
+    };
     switch (column) {
+    case IdColumn:
+        return cell(AccessLayout::id, [](const Access &entry) { return int(entry.id()); });
     case NumberColumn:
-        return partOf(row, AccessLayout::number).number();
+        return cell(AccessLayout::number, [](const Access &entry) { return entry.number(); });
     case FromColumn:
-        return time(partOf(row, AccessLayout::dateTimeFrom).dateTimeFrom());
+        return cell(AccessLayout::dateTimeFrom,
+                    [&time](const Access &entry) { return time(entry.dateTimeFrom()); });
     case TillColumn:
-        return time(partOf(row, AccessLayout::dateTimeTill).dateTimeTill());
+        return cell(AccessLayout::dateTimeTill,
+                    [&time](const Access &entry) { return time(entry.dateTimeTill()); });
     case KeyColumn:
-        return partOf(row, AccessLayout::accessKey).accessKey().trimmed();
+        return cell(AccessLayout::accessKey,
+                    [](const Access &entry) { return entry.accessKey().trimmed(); });
     case CommentColumn:
-        return partOf(row, AccessLayout::comment).comment().trimmed();
+        return cell(AccessLayout::comment,
+                    [](const Access &entry) { return entry.comment().trimmed(); });
     default:
         return QString();
     }
@@ -151,18 +162,25 @@ bool AccessModel::append(const Access &access)
     if (rowCount() >= mostEntries) {
         return false;
     }
-    const QVector<qint16> taken = ids();
+    const std::optional<QVector<qint16>> taken = ids();
+    if (!taken) {
+        return false; // the new id could be one that is there
+    }
     Access entry = translated(access);
-    entry.setId(newId(taken, access.id()));
+    entry.setId(newId(*taken, access.id()));
     return StructureFileModel<Access>::append(entry);
 }
 
-QVector<qint16> AccessModel::ids() const
+std::optional<QVector<qint16>> AccessModel::ids() const
 {
     QVector<qint16> all;
     all.reserve(rowCount());
     for (int row = 0; row < rowCount(); ++row) {
-        all.append(partOf(row, AccessLayout::id).id());
+        const std::optional<Access> entry = partOf(row, AccessLayout::id);
+        if (!entry) {
+            return std::nullopt;
+        }
+        all.append(entry->id());
     }
     return all;
 }

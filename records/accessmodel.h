@@ -11,8 +11,8 @@ extern const QString accessModelDateTimeFormat;
 // list holds at most 1000 entries; each gets an id that no other entry of the list has, 1 to 1000
 // in a list that was made here.
 //
-// Nothing is cached: a cell is one read of its field, an append reads all ids. Otherwise as
-// StructureFileModel.
+// Nothing is cached: a cell is one read of its field, an append reads all ids. A cell that cannot
+// be read is empty. Otherwise as StructureFileModel.
 class AccessModel : public StructureFileModel<Access>
 {
     Q_OBJECT
@@ -41,10 +41,12 @@ public:
     // As it stands: an entry whose number nobody has touched keeps it as it was stored.
     bool setStored(int row, const Access &access);
     // With a new id: one above the largest up to 1000, then the first hole between two entries.
-    // Where there is none either, the entry keeps its own. False when the list is full.
+    // Where there is none either, the entry keeps its own. False when the list is full or
+    // an id cannot be read.
     bool append(const Access &access) override;
 
 private:
-    QString display(int row, int column) const;
-    QVector<qint16> ids() const;
+    QVariant display(int row, int column) const;
+    // Nothing when one of them cannot be read.
+    std::optional<QVector<qint16>> ids() const;
 };

@@ -123,6 +123,9 @@ QVariant ScanModel::data(const QModelIndex &index, int role) const
     if (index.row() != cachedRow_) {
         readRow(index.row());
     }
+    if (!cachedRead_) {
+        return QVariant();
+    }
     switch (role) {
     case Qt::DisplayRole:
         return display(index.column());
@@ -142,7 +145,9 @@ void ScanModel::readRow(int row) const
 {
     cachedRow_ = row;
     // Reading goes through the file's position only; the table itself does not change.
-    cachedScan_ = const_cast<ScanModel *>(this)->value(row);
+    const std::optional<Scan> scan = const_cast<ScanModel *>(this)->read(row);
+    cachedRead_ = scan.has_value();
+    cachedScan_ = scan.value_or(Scan());
     cachedScan_.translateFromLocal();
     if (qint64(row) * DeviceIndex::entrySize < indexFile_.size()) {
         cachedDevice_ = deviceOf(row);

@@ -19,7 +19,8 @@ extern const QString scanModelDateTimeFormat;
 // The table of a view lives in the GUI thread; a worker may make one of its own over a file that
 // nobody else uses. One row is cached, so a view that asks for all columns and roles of a row reads
 // the files once; changing the cached row does not refresh it until another row was read. A row
-// that the index has no entry for shows the identifier of the row read before it.
+// that the index has no entry for shows the identifier of the row read before it. A row that cannot
+// be read shows nothing.
 class ScanModel : public StructureFileModel<Scan>
 {
     Q_OBJECT
@@ -75,6 +76,7 @@ private:
     QString indexName_;
     mutable QFile indexFile_;
     mutable int cachedRow_ = -1;
+    mutable bool cachedRead_ = false; // whether that row could be read
     mutable Scan cachedScan_;
     mutable QString cachedDevice_;
     std::unique_ptr<OldPhotos> oldPhotos_; // of these rows, made when the disk first runs short

@@ -8,6 +8,7 @@
 
 #include <iterator>
 #include <memory>
+#include <optional>
 
 // A flat table over a file of fixed-size records, one row per record. The file is the only storage:
 // every read goes to it and every change is written through at once, so memory does not grow with
@@ -130,7 +131,17 @@ public:
     // Cells are not edited one by one; see setValue().
     bool setData(const QModelIndex &, const QVariant &, int) override { return false; }
 
-    // A default record where the table has no such row.
+    // Nothing where the table has no such row, or where its file does not give it: for whoever
+    // stores, sends or tells what he reads.
+    std::optional<T> read(int row)
+    {
+        T record;
+        const bool there = row >= 0 && row < rowCount() && file_->read(row, record.data());
+        return there ? std::optional<T>(record) : std::nullopt;
+    }
+
+    // A default record where the table has no such row. What cannot be read is passed over in
+    // silence, so this is for looking only; see read().
     virtual T value(int row)
     {
         T record;
@@ -224,15 +235,15 @@ public:
     Iterator end() const { return Iterator(this, rowCount()); }
 
 protected:
-    // One field of a row, in its place in an otherwise default record.
-    T partOf(int row, const RecordField &field) const
+    // One field of a row, in its place in an otherwise default record; nothing as for read().
+    std::optional<T> partOf(int row, const RecordField &field) const
     {
         T record;
-        if (row >= 0 && row < rowCount()) {
+        const bool there =
+            row >= 0 && row < rowCount() &&
             file_->readPart(row, static_cast<int>(field.offset), static_cast<int>(field.size),
                             record.data() + field.offset);
-        }
-        return record;
+        return there ? std::optional<T>(record) : std::nullopt;
     }
 
 private:

@@ -791,6 +791,10 @@
 <context>
     <name>PassageDetails</name>
     <message>
+        <source>Can&apos;t read the record</source>
+        <translation>Не удалось прочитать запись</translation>
+    </message>
+    <message>
         <source>Number</source>
         <translation>Номер</translation>
     </message>
@@ -836,7 +840,22 @@
     </message>
 </context>
 <context>
+    <name>ListEntry</name>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Can&apos;t read the record</source>
+        <translation>Не удалось прочитать запись</translation>
+    </message>
+</context>
+<context>
     <name>PassageTable</name>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
     <message>
         <source>No Photo</source>
         <translation>Нет фото</translation>
