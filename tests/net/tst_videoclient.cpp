@@ -105,7 +105,7 @@ private Q_SLOTS:
     void slowDeviceDoesNotSlowTheOther_data()
     {
         QTest::addColumn<Fault>("fault");
-        QTest::newRow("trickle") << Fault::trickle(16, 5);
+        QTest::newRow("trickle") << Fault::trickle(64, 5);
         QTest::newRow("silent") << Fault::silent();
         QTest::newRow("stops in a block") << Fault::pause(500, 60000);
     }
@@ -113,7 +113,7 @@ private Q_SLOTS:
     {
         QFETCH(Fault, fault);
         DeviceHost &slow = devices_->second();
-        slow.files().set(QStringLiteral("/tmp/video0.jpeg"), QByteArray(200000, 'b'));
+        slow.files().set(QStringLiteral("/tmp/video0.jpeg"), QByteArray(2000000, 'b'));
         slow.faults().add(fault);
         const auto silent = start(slow, 1);
         QTRY_VERIFY_WITH_TIMEOUT(slow.journal().countRequests() > 0, patience);
