@@ -52,6 +52,8 @@ bool DeadPeer::isGone(const QAbstractSocket &socket)
     if (getsockopt(descriptor(socket), IPPROTO_TCP, TCP_INFO, &info, &length) != 0) {
         return false;
     }
-    const bool asked = info.tcpi_unacked > 0 || info.tcpi_probes > 0;
+    // The system may have given the line up, with bytes of it still to be read.
+    const bool asked =
+        info.tcpi_unacked > 0 || info.tcpi_probes > 0 || info.tcpi_state == TCP_CLOSE;
     return asked && info.tcpi_last_ack_recv >= goneAfter && info.tcpi_last_data_recv >= goneAfter;
 }

@@ -11,8 +11,9 @@ constexpr char keepAlive = '\xFF';
 constexpr char openBarrier = '\xFD';
 constexpr char reloadAccessList = '\xEF';
 
-// Sends one command byte. Waits at most 3 s in all for the host's address and the connection, also
-// in the GUI thread, without an event loop; nothing is read. Empty, or the socket's error text.
+// Sends one command byte. Waits at most 3 s in all for the host's address and the connection, and
+// ends within 100 ms of the thread's interruption; nothing is read. Empty, or the socket's error
+// text. Worker threads; see CommandSender.
 QString send(const QString &host, char command);
 
 } // namespace DeviceCommand

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/passagetickets.h"
 #include "net/videoframetoken.h"
 #include "records/access.h"
 #include "records/online.h"
@@ -24,7 +25,9 @@ inline constexpr int Progress = 1005;
 } // namespace EventNumber
 
 // A passage that a device has just reported, or, as a repost, one reported before whose picture has
-// arrived only now. fileName is the picture's local path; the file may be missing.
+// arrived only now. fileName is the picture's local path; the file may be missing. Its client says
+// which slot it serves and gives it a ticket, which counts it until the last copy of the event
+// dies.
 class OnLineEvent : public QEvent
 {
 public:
@@ -45,16 +48,29 @@ public:
     const QString &vaskId() const { return vaskId_; }
     bool repost() const { return repost_; }
 
+    // Before it is posted.
+    void setOrigin(int channel, PassageTickets::Ticket ticket)
+    {
+        channel_ = channel;
+        ticket_ = std::move(ticket);
+    }
+    // The device slot, -1 when it is not told.
+    int channel() const { return channel_; }
+    // Whether a client counts it and waits for it.
+    bool isTicketed() const { return ticket_ != nullptr; }
+
 private:
     OnLine onLine_;
     QString fileName_;
     QString hostName_;
     QString vaskId_;
     bool repost_;
+    int channel_ = -1;
+    PassageTickets::Ticket ticket_;
 };
 
-// A change of a connection: a QAbstractSocket::SocketState, a text, and the device slot of the
-// client, -1 when it is not told.
+// A change of a connection: a QAbstractSocket::SocketState, a text, the device slot of the client,
+// -1 when it is not told, and the address that it was connected to, empty when it is not told.
 class PipeEvent : public QEvent
 {
 public:
@@ -66,6 +82,7 @@ public:
     int state = 0;
     QString message;
     int channel = -1;
+    QString hostName;
 };
 
 // An entry for the access list page, on its way from another page.

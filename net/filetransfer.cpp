@@ -4,6 +4,7 @@
 #include "app/settings.h"
 #include "net/deadpeer.h"
 #include "net/fileprotocol.h"
+#include "net/requestpace.h"
 
 FileTransfer::FileTransfer(const QString &host, const QString &fileName, int timeout,
                            QObject *parent)
@@ -28,7 +29,19 @@ void FileTransfer::end(bool error, const QString &message)
         failed_ = true;
         errorText_ = message.isEmpty() ? errorString() : message;
     }
+    noteOutcome();
     SocketWait::close(*this, patience(), cancelled_);
+}
+
+void FileTransfer::noteOutcome() const
+{
+    if (!failed_ || FileProtocol::isRefusal(answer_)) {
+        RequestPace::answered(host_, port());
+    } else if (state() == UnconnectedState &&
+               (error() == ConnectionRefusedError || error() == RemoteHostClosedError ||
+                error() == NetworkError)) {
+        RequestPace::hungUp(host_, port());
+    }
 }
 
 bool FileTransfer::fail(const QString &message)
@@ -64,9 +77,11 @@ bool FileTransfer::openConnection()
             abort();
         }
     }
-    const auto port =
-        static_cast<quint16>(settings_ != nullptr ? settings_->fileTransferPort() : 0);
-    switch (SocketWait::connectToHost(*this, host_, port, patience(), cancelled_)) {
+    setSocketError(UnknownSocketError);
+    if (!waitForTurn()) {
+        return false;
+    }
+    switch (SocketWait::connectToHost(*this, host_, port(), patience(), cancelled_)) {
     case SocketWait::Outcome::Connected:
         DeadPeer::watchTransfer(*this);
         return true;
@@ -74,11 +89,33 @@ bool FileTransfer::openConnection()
         setSocketError(SocketTimeoutError);
         setErrorString(QAbstractSocket::tr("Socket operation timed out"));
         return false;
+    case SocketWait::Outcome::HungUp:
+        setSocketError(RemoteHostClosedError);
+        setErrorString(SocketWait::hungUpText());
+        return false;
     case SocketWait::Outcome::Failed:
     case SocketWait::Outcome::CalledOff:
         break;
     }
     return false;
+}
+
+quint16 FileTransfer::port() const
+{
+    return static_cast<quint16>(settings_ != nullptr ? settings_->fileTransferPort() : 0);
+}
+
+bool FileTransfer::waitForTurn()
+{
+    constexpr int pollMsec = 50;
+    while (!RequestPace::mayAsk(host_, port())) {
+        if (givesWay_ || started_.hasExpired(timeout_) ||
+            !SocketWait::pause(pollMsec, [this] { return isOver(); })) {
+            setErrorString(QAbstractSocket::tr("Socket operation timed out"));
+            return false;
+        }
+    }
+    return true;
 }
 
 bool FileTransfer::sendRequest(const QByteArray &request)

@@ -45,6 +45,10 @@ public:
     // and a minute at least.
     static qint64 longestReceipt(qint64 size);
 
+    // Whether a call fails at once, instead of waiting, where the device has just hung up on
+    // somebody and is not to be asked again yet; see RequestPace.
+    void setGivingWay(bool on) { givesWay_ = on; }
+
     // What calls a transfer off, asked in every wait, instead of the thread's interruption.
     void setCancelled(const SocketWait::Cancelled &cancelled) { cancelled_ = cancelled; }
 
@@ -76,11 +80,15 @@ private:
     bool isOverdue() const { return totalTimeout_ > 0 && started_.hasExpired(totalTimeout_); }
     // What is left of the timeout of one wait.
     int patience() const;
+    quint16 port() const;
+    bool waitForTurn();
+    void noteOutcome() const;
 
     QString errorText_;
     QString host_;
     QString fileName_;
     bool failed_ = false;
+    bool givesWay_ = false;
     const Settings *settings_;
     int timeout_;
     int totalTimeout_ = 0;

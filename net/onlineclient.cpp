@@ -2,6 +2,7 @@
 #include "net/onlineclient.h"
 
 #include "app/settings.h"
+#include "net/deadpeer.h"
 #include "net/devicecommand.h"
 #include "net/deviceidentity.h"
 #include "net/events.h"
@@ -25,12 +26,19 @@ constexpr int attemptInterval = 1000;
 constexpr int waitStep = 10;
 // Waits without a whole record before a keep-alive: about a second.
 constexpr int silentWaits = 100;
-// How long a passage waits for its picture, each for the connection and for the answer. A picture
-// that a device keeps back longer follows later.
+// How long a passage waits for its picture in all. One that a device keeps back longer, or sends
+// more slowly, follows later.
 constexpr int livePictureTimeout = 3000;
 constexpr DeviceIdentity::Patience identityPatience{10000, 3000};
 constexpr std::size_t mostLoaders = 16;
 constexpr std::size_t mostWaitingLoaders = 1000;
+constexpr int mostPassages = 256;
+constexpr qint64 readAhead = 64 * 1024;
+
+QString silenceText()
+{
+    return QAbstractSocket::tr("Socket operation timed out");
+}
 
 QString livePicturePath(const Settings &settings, const OnLine &onLine)
 {
@@ -48,12 +56,14 @@ struct OnlineClient::Line {
     int channel = -1;
     int silence = 0;
     bool quiet = false;
-    bool given = false; // up: the line does not answer and is to be made anew
+    bool given = false;  // up: the line does not answer and is to be made anew
+    bool silent = false; // the device is gone, with records of it still to be read
     QElapsedTimer sinceAttempt;
 };
 
 OnlineClient::OnlineClient(QObject *parent)
     : TcpClient(parent)
+    , tickets_(mostPassages)
 {
 }
 
@@ -72,6 +82,12 @@ void OnlineClient::setChannel(int channel)
     channel_ = channel;
 }
 
+int OnlineClient::channel() const
+{
+    const QMutexLocker lock(&mutex_);
+    return channel_;
+}
+
 void OnlineClient::run()
 {
     setQuit(false);
@@ -80,10 +96,7 @@ void OnlineClient::run()
         return;
     }
     Line line;
-    {
-        const QMutexLocker lock(&mutex_);
-        line.channel = channel_;
-    }
+    line.channel = channel();
     line.vaskId = identify();
     watch(line);
     while (!stopRequested()) {
@@ -103,11 +116,7 @@ void OnlineClient::run()
     line.socket.disconnectFromHost();
     abortQuietly(line);
     forgetConnected();
-    const QMutexLocker lock(&mutex_);
-    waitingLoaders_.clear();
-    for (const RunningPicture &job : loaders_) {
-        job.thread->requestInterruption();
-    }
+    callOffLoaders(QString());
 }
 
 QString OnlineClient::identify()
@@ -126,6 +135,7 @@ QString OnlineClient::identify()
 
 void OnlineClient::watch(Line &line)
 {
+    line.socket.setReadBufferSize(readAhead);
     connect(&line.socket, &QTcpSocket::connected, this, &OnlineClient::connected);
     // Captured here in the worker: by the time the slot runs the socket may be in another state.
     connect(&line.socket, &QTcpSocket::disconnected, &line.socket, [this, &line] {
@@ -144,8 +154,10 @@ bool OnlineClient::connectLine(Line &line)
     }
     line.host = takeHost();
     line.given = false;
+    line.silent = false;
     abortQuietly(line);
     forgetConnected();
+    callOffLoaders(line.host);
     if (line.host.isEmpty()) {
         return false;
     }
@@ -153,14 +165,17 @@ bool OnlineClient::connectLine(Line &line)
     const auto port = static_cast<quint16>(settings_ != nullptr ? settings_->vaskParkingPort() : 0);
     const auto outcome =
         SocketWait::connectToHost(line.socket, line.host, port, connectTimeout, calledOff);
-    if (outcome == SocketWait::Outcome::CalledOff) {
+    // Connected at the last moment is called off as well: it would be told of the new address.
+    if (outcome == SocketWait::Outcome::CalledOff || calledOff()) {
         return false;
     }
-    const bool timedOut = outcome == SocketWait::Outcome::TimedOut;
-    postPipe(line.socket.state(),
-             timedOut ? QAbstractSocket::tr("Socket operation timed out")
-                      : line.socket.errorString(),
-             line.channel);
+    if (outcome == SocketWait::Outcome::Connected) {
+        DeadPeer::watchLine(line.socket);
+    }
+    const QString text = outcome == SocketWait::Outcome::TimedOut ? silenceText()
+                         : outcome == SocketWait::Outcome::HungUp ? SocketWait::hungUpText()
+                                                                  : line.socket.errorString();
+    postPipe(line.socket.state(), text, line.channel, line.host);
     return outcome == SocketWait::Outcome::Connected;
 }
 
@@ -178,7 +193,9 @@ void OnlineClient::waitForRecord(Line &line)
             return;
         }
         line.socket.waitForReadyRead(waitStep);
-        if (++line.silence >= silentWaits) {
+        // With a whole record there is no silence; and the records of a device that has sent much
+        // and gone would be lost with a keep-alive that fails.
+        if (++line.silence >= silentWaits && line.socket.bytesAvailable() < OnLine::size) {
             keepAlive(line);
             line.silence = 0;
         }
@@ -189,16 +206,29 @@ void OnlineClient::keepAlive(Line &line)
 {
     const bool sent = line.socket.write(&DeviceCommand::keepAlive, 1) == 1;
     line.socket.flush();
-    if (sent && line.socket.state() == QAbstractSocket::ConnectedState) {
+    const bool silent = DeadPeer::isGone(line.socket);
+    if (sent && !silent && line.socket.state() == QAbstractSocket::ConnectedState) {
         return;
     }
     if (line.socket.bytesAvailable() >= OnLine::size) {
         return; // the device has gone, but not before it had sent more; that is read first
     }
-    const QString error = line.socket.errorString();
+    const QString error = silent ? silenceText() : line.socket.errorString();
     line.given = true;
     line.socket.abort();
-    postPipe(QAbstractSocket::UnconnectedState, error, line.channel);
+    postPipe(QAbstractSocket::UnconnectedState, error, line.channel, line.host);
+}
+
+void OnlineClient::tellSilence(Line &line)
+{
+    const bool silent = DeadPeer::isGone(line.socket);
+    if (silent == line.silent) {
+        return;
+    }
+    line.silent = silent;
+    setConnected(!silent);
+    postPipe(silent ? QAbstractSocket::UnconnectedState : line.socket.state(),
+             silent ? silenceText() : QString(), line.channel, line.host);
 }
 
 void OnlineClient::receiveRecord(Line &line)
@@ -209,23 +239,34 @@ void OnlineClient::receiveRecord(Line &line)
         return;
     }
     record.translateFromLocal();
+    tellSilence(line);
+    const auto calledOff = [this] { return stopRequested() || hostChanged(); };
     const QString common = livePicturePath(*settings_, record);
+    // Empty where the photo is not to be stored.
     const QString localPath = PhotoClaims::claim(common, line.host, line.vaskId);
     GetFile get(line.host, QString(), nullptr);
-    get.setTimeout(livePictureTimeout);
-    get.setCancelled([this] { return stopRequested() || hostChanged(); });
-    if (!localPath.isEmpty() && !OnlinePictureLoader::fetch(get, record.fileName(), localPath)) {
-        if (stopRequested() || hostChanged()) {
-            return;
-        }
+    get.setTotalTimeout(livePictureTimeout);
+    get.setGivingWay(true);
+    get.setCancelled(calledOff);
+    const bool late =
+        !localPath.isEmpty() &&
+        (line.silent || !OnlinePictureLoader::fetch(get, record.fileName(), localPath));
+    const PassageTickets::Ticket ticket = tickets_.take(calledOff);
+    if (ticket == nullptr || hostChanged() || (late && stopRequested())) {
+        return;
+    }
+    if (late) {
         loadLater(record, line, localPath);
+    }
+    if (late && !line.silent) {
         postPipe(line.socket.state(),
-                 get.transferError() + QStringLiteral(" : ") + record.fileName(), line.channel);
+                 get.transferError() + QStringLiteral(" : ") + record.fileName(), line.channel,
+                 line.host);
     }
-    if (!hostChanged()) {
-        post(new OnLineEvent(line.host, record, localPath.isEmpty() ? common : localPath,
-                             line.vaskId, false));
-    }
+    auto *event = new OnLineEvent(line.host, record, localPath.isEmpty() ? common : localPath,
+                                  line.vaskId, false);
+    event->setOrigin(line.channel, ticket);
+    post(event);
 }
 
 void OnlineClient::loadLater(const OnLine &onLine, const Line &line, const QString &localPath)
@@ -235,6 +276,22 @@ void OnlineClient::loadLater(const OnLine &onLine, const Line &line, const QStri
         waitingLoaders_.push_back(
             {std::make_unique<OnlinePictureLoader>(onLine, line.host, line.vaskId), localPath});
         startWaitingLoaders();
+    }
+}
+
+void OnlineClient::callOffLoaders(const QString &host)
+{
+    const QMutexLocker lock(&mutex_);
+    const auto isFormer = [&host](const WaitingPicture &picture) {
+        return picture.loader->host() != host;
+    };
+    waitingLoaders_.erase(std::remove_if(waitingLoaders_.begin(), waitingLoaders_.end(), isFormer),
+                          waitingLoaders_.end());
+    for (RunningPicture &job : loaders_) {
+        if (job.loader->host() != host) {
+            job.former = true;
+            job.thread->requestInterruption();
+        }
     }
 }
 
@@ -248,7 +305,7 @@ void OnlineClient::startWaitingLoaders()
         run->moveToThread(thread());
         connect(run.get(), &QThread::finished, this, &OnlineClient::onLoaderFinished);
         run->start();
-        loaders_.push_back({std::move(next.loader), std::move(run)});
+        loaders_.push_back({std::move(next.loader), std::move(run), false});
     }
 }
 
@@ -269,8 +326,11 @@ void OnlineClient::onLoaderFinished()
         startWaitingLoaders();
     }
     done.thread->wait();
-    if (done.thread->result() != nullptr) {
-        post(done.thread->result());
+    std::unique_ptr<OnLineEvent> late(done.thread->result());
+    // The address may have changed since the worker called off the former one's.
+    if (late && !done.former && done.loader->host() == hostName()) {
+        late->setOrigin(channel(), tickets_.takeAtOnce());
+        post(late.release());
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "net/onlinepictureloader.h"
+#include "net/passagetickets.h"
 #include "net/tcpclient.h"
 #include "net/threadrun.h"
 
@@ -19,9 +20,13 @@ class QTcpSocket;
 // record.
 //
 // The client connects again for ever, at most once a second, and tells each attempt and each loss
-// as a PipeEvent. A passage whose picture fails goes out at once without it; the picture is then
-// tried for a minute on a thread of its own and announced by a repost. At most 16 such threads run
-// at once, the rest wait their turn.
+// as a PipeEvent. A device that is gone without a word is a loss after 10 s. A passage whose
+// picture fails, or takes more than 3 s, goes out at once without it; the picture is then tried for
+// a minute on a thread of its own and announced by a repost. At most 16 such threads run at once,
+// the rest wait their turn; another address calls them off.
+//
+// At most 256 passages are on their way to the page, and 64 KiB of records are read ahead; a device
+// that sends more waits. Nothing is dropped.
 //
 // run() in its own thread; everything else in the GUI thread. The page outlives the client.
 class OnlineClient : public TcpClient
@@ -52,9 +57,11 @@ private:
     struct RunningPicture {
         std::unique_ptr<OnlinePictureLoader> loader;
         std::unique_ptr<LoaderThread> thread;
+        bool former = false; // of an address that the client no longer watches
     };
     struct Line;
 
+    int channel() const;
     QString identify();
     void watch(Line &line);
     bool connectLine(Line &line);
@@ -62,12 +69,16 @@ private:
     void keepAlive(Line &line);
     void receiveRecord(Line &line);
     void abortQuietly(Line &line);
+    void tellSilence(Line &line);
 
     void loadLater(const OnLine &onLine, const Line &line, const QString &localPath);
     void startWaitingLoaders();
+    // Of all addresses but this one.
+    void callOffLoaders(const QString &host);
 
     // Guarded by the mutex.
     int channel_ = -1;
+    const PassageTickets tickets_;
     std::vector<RunningPicture> loaders_;
     std::deque<WaitingPicture> waitingLoaders_;
 };

@@ -15,6 +15,8 @@ class OnlinePictureLoader
 public:
     OnlinePictureLoader(const OnLine &onLine, const QString &host, const QString &vaskId);
 
+    const QString &host() const { return host_; }
+
     // One try: the local file appears whole or not at all, so that nobody ever sees half a picture
     // and a failed try does not spoil a picture that is there. The transfer writes beside it.
     static bool fetch(GetFile &get, const QString &remoteName, const QString &localPath);

@@ -19,10 +19,17 @@ bool interrupted();
 // Sleeps; false when it was called off.
 bool pause(qint64 msec, const Cancelled &cancelled);
 
-enum class Outcome { Connected, Failed, TimedOut, CalledOff };
+// HungUp: the other side took the connection and reset it at once. The socket's own text tells why
+// it Failed, and nothing of the others.
+enum class Outcome { Connected, Failed, HungUp, TimedOut, CalledOff };
+
+// The toolkit's text for a line that the other side closed.
+QString hungUpText();
 
 // Connects in a local event loop of the current thread, since the toolkit's own blocking wait
-// cannot be called off. Unless connected, the socket is left unconnected.
+// cannot be called off. One connection per call and address of the host: left alone, the toolkit
+// would make another one each time that the other side resets it. Unless connected, the socket is
+// left unconnected.
 Outcome connectToHost(QAbstractSocket &socket, const QString &host, quint16 port, int msec,
                       const Cancelled &cancelled);
 

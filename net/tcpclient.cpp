@@ -124,11 +124,12 @@ void TcpClient::post(QEvent *event) const
     QCoreApplication::postEvent(receiver_, event);
 }
 
-void TcpClient::postPipe(int state, const QString &message, int channel) const
+void TcpClient::postPipe(int state, const QString &message, int channel, const QString &host) const
 {
     auto *event = new PipeEvent;
     event->state = state;
     event->message = message;
     event->channel = channel;
+    event->hostName = host;
     post(event);
 }

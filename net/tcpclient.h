@@ -58,7 +58,8 @@ protected:
 
     // To the page; any thread.
     void post(QEvent *event) const;
-    void postPipe(int state, const QString &message, int channel) const;
+    void postPipe(int state, const QString &message, int channel,
+                  const QString &host = QString()) const;
 
     mutable QMutex mutex_;
     const Settings *const settings_;

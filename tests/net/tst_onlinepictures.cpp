@@ -56,6 +56,79 @@ private Q_SLOTS:
         QVERIFY(clock.elapsed() < 5000);
     }
 
+    void slowPicturesDelayPassagesByThreeSecondsEach()
+    {
+        // Never silent for long, and 26 s for each picture.
+        const QVector<OnLine> sent = records(3);
+        for (const OnLine &each : sent) {
+            device().files().set(each.fileName(), QByteArray(60000, 'p'));
+        }
+        connectClient();
+        device().faults().add(Fault::trickle(1024, 450));
+        QElapsedTimer clock;
+        clock.start();
+        device().pushAll(sent);
+        expectPassages(sent);
+        QVERIFY2(clock.elapsed() < 11000, qPrintable(QString::number(clock.elapsed())));
+        // The loader goes on.
+        device().faults().clear();
+        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 3, 60000);
+    }
+
+    void switchCallsOffLatePictures()
+    {
+        // More than run at once.
+        const QVector<OnLine> sent = records(20);
+        for (const OnLine &each : sent) {
+            device().faults().add(Fault::answer("Error").on(each.fileName()).times(1));
+            device().faults().add(Fault::silent().on(each.fileName()));
+        }
+        connectClient();
+        device().pushAll(sent);
+        QTRY_COMPARE_WITH_TIMEOUT(log_->passages.size(), sent.size(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(device().fileConnections() == 16, patience);
+        const int asked = device().journal().countRequests();
+        client_->connectToHost(devices_->second().address());
+        QTRY_COMPARE_WITH_TIMEOUT(device().fileConnections(), 0, 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(devices_->second().onLineConnections(), 1, patience);
+        // Those that waited for a place do not begin in the others' stead.
+        QCOMPARE(device().journal().countRequests(), asked);
+        QCOMPARE(log_->reposts(), 0);
+    }
+
+    void keepsLatePicturesWhenTheSameDeviceIsSelectedAgain()
+    {
+        connectClient();
+        device().files().set(record(1).fileName(), "late");
+        device().faults().add(Fault::answer("Error").on(record(1).fileName()).times(2));
+        device().push(record(1));
+        QTRY_COMPARE(device().journal().countRequests(record(1).fileName()), 2);
+        client_->connectToHost(device().address());
+        QTRY_COMPARE_WITH_TIMEOUT(log_->reposts(), 1, patience);
+    }
+
+    void dropsLatePictureThatArrivedAsTheDeviceWasSwitched()
+    {
+        connectClient();
+        const OnLine sent = record(1);
+        device().files().set(sent.fileName(), "late");
+        device().faults().add(Fault::answer("Error").on(sent.fileName()).times(1));
+        device().faults().add(Fault::delay(1500).on(sent.fileName()));
+        device().push(sent);
+        QTRY_COMPARE(log_->passages.size(), 1);
+        const QString local = log_->passages.first().fileName;
+        // The window is busy meanwhile: what the loader has to say waits.
+        QElapsedTimer clock;
+        clock.start();
+        while (!QFile::exists(local) && !clock.hasExpired(patience)) {
+            QThread::msleep(1);
+        }
+        QVERIFY(QFile::exists(local));
+        client_->connectToHost(devices_->second().address());
+        QTRY_COMPARE_WITH_TIMEOUT(devices_->second().onLineConnections(), 1, patience);
+        QCOMPARE(log_->reposts(), 0);
+    }
+
     void disconnectEndsPictureRetries()
     {
         connectClient();
