@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pages/onlinechannel.h"
 
+#include "net/commandsender.h"
+#include "net/devicecommand.h"
 #include "net/events.h"
 #include "net/onlineclient.h"
 #include "net/videoclient.h"
@@ -29,7 +31,14 @@ OnlineChannel::OnlineChannel(int number, QWidget *page, QWidget *place,
     connect(video_.get(), &QThread::finished, this, [this] { startAgain(*video_); });
 }
 
-OnlineChannel::~OnlineChannel() = default;
+OnlineChannel::~OnlineChannel()
+{
+    // All at once: each of them ends within 100 ms, and there are as many as impatient presses.
+    const auto presses = findChildren<CommandSender *>();
+    for (CommandSender *press : presses) {
+        press->requestInterruption();
+    }
+}
 
 void OnlineChannel::assign(const QString &address)
 {
@@ -72,6 +81,18 @@ QString OnlineChannel::host() const
 bool OnlineChannel::isConnected() const
 {
     return online_->isConnected();
+}
+
+void OnlineChannel::openBarrier()
+{
+    auto *press = new CommandSender(host(), DeviceCommand::openBarrier, this);
+    connect(press, &QThread::finished, this, [this, press] {
+        press->deleteLater();
+        if (!press->error().isEmpty()) {
+            Q_EMIT barrierFailed(press->error());
+        }
+    });
+    press->start();
 }
 
 void OnlineChannel::showConnected()

@@ -37,12 +37,18 @@ public:
     QString host() const;
     bool isConnected() const;
 
+    // Sends the command on a thread of its own, over a connection of its own.
+    void openBarrier();
+
     // The line is there. Nothing, when the slot was released meanwhile.
     void showConnected();
     // A frame of this slot's device; others, and a picture that cannot be read, change nothing.
     void showFrame(const VideoEvent &event);
 
     ProportionalSclaleWidget *view() const { return view_; }
+
+Q_SIGNALS:
+    void barrierFailed(const QString &error);
 
 private:
     void startAgain(QThread &client);

@@ -5,11 +5,11 @@
 #include "app/errorbrowser.h"
 #include "app/settings.h"
 #include "app/shellaccess.h"
-#include "net/devicecommand.h"
 #include "net/events.h"
 #include "pages/devicetitle.h"
 #include "pages/onlinechannel.h"
 #include "pages/passagedetails.h"
+#include "pages/passagequeue.h"
 #include "pages/passagetable.h"
 #include "pages/photofiles.h"
 #include "pages/proportionalsclalewidget.h"
@@ -46,6 +46,8 @@ OnLineWidget::OnLineWidget(QWidget *parent)
 {
     clearTempData(); // before anything else, so that every run starts with an empty table
     ui_->setupUi(this);
+    passages_ = std::make_unique<PassageQueue>(
+        [this](const OnLineEvent &event) { handlePassage(event); }, [this] { showFollowed(); });
     createTable();
     createMenu();
     createViews();
@@ -81,6 +83,9 @@ void OnLineWidget::createViews()
                                                    ui_->buttonDisconnect1, ui_->buttonOpenBarrier1);
     channels_[1] = std::make_unique<OnlineChannel>(1, this, ui_->labelPhoto1,
                                                    ui_->buttonDisconnect2, ui_->buttonOpenBarrier2);
+    for (const auto &channel : channels_) {
+        connect(channel.get(), &OnlineChannel::barrierFailed, this, &OnLineWidget::reportBarrier);
+    }
 }
 
 void OnLineWidget::wire()
@@ -149,18 +154,24 @@ void OnLineWidget::openBarrier()
     if (channel < 0) {
         return;
     }
-    const QString error = DeviceCommand::send(channels_[static_cast<std::size_t>(channel)]->host(),
-                                              DeviceCommand::openBarrier);
-    if (!error.isEmpty()) {
-        ErrorBrowser::error(tr("Error"), error, this);
+    channels_[static_cast<std::size_t>(channel)]->openBarrier();
+}
+
+void OnLineWidget::reportBarrier(const QString &error)
+{
+    // Whoever presses again and again at a device that is gone reads of it once.
+    if (reportingBarrier_) {
+        return;
     }
+    const QScopedValueRollback<bool> reporting(reportingBarrier_, true);
+    ErrorBrowser::error(tr("Error"), error, this);
 }
 
 void OnLineWidget::customEvent(QEvent *event)
 {
     switch (static_cast<int>(event->type())) {
     case EventNumber::OnLine:
-        handlePassage(*static_cast<OnLineEvent *>(event));
+        passages_->add(*static_cast<OnLineEvent *>(event));
         break;
     case EventNumber::Pipe:
         handlePipe(*static_cast<PipeEvent *>(event));
@@ -191,6 +202,10 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
         showLatePicture(event);
         return;
     }
+    const bool twins = channels_[0]->host() == channels_[1]->host();
+    if (twins_.isRepeated(event.channel(), event.onLine(), twins)) {
+        return;
+    }
     // The identifier first: a row never stands without its entry.
     bool indexed = writeIndex(event.vaskId());
     recovered_.makeRoom(mostFreeingMsec); // what a former run left goes before what comes now
@@ -199,8 +214,9 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
         indexed = writeIndex(event.vaskId()); // there may be room now
     }
     if (indexed) {
-        insertRecord(Scan(event.onLine()));
+        appendPassage(Scan(event.onLine()));
     } else {
+        showFollowed(); // the box may stay open for long
         reportFullDisk();
     }
 }
@@ -209,6 +225,14 @@ bool OnLineWidget::writeIndex(const QString &vaskId)
 {
     return (index_.isOpen() || index_.open(model_->indexFile(), QIODevice::WriteOnly)) &&
            index_.write(model_->rowCount(), vaskId);
+}
+
+void OnLineWidget::showFollowed()
+{
+    if (following_) {
+        following_ = false;
+        showRecord(model_->index(model_->rowCount() - 1, 0));
+    }
 }
 
 void OnLineWidget::showLatePicture(const OnLineEvent &event)
@@ -233,18 +257,26 @@ void OnLineWidget::showLatePicture(const OnLineEvent &event)
 void OnLineWidget::handlePipe(const PipeEvent &event)
 {
     const bool lost = event.state == QAbstractSocket::UnconnectedState && !event.message.isEmpty();
-    if (!lost) {
-        channels_[event.channel == 0 ? 0 : 1]->showConnected();
+    OnlineChannel &channel = *channels_[event.channel == 0 ? 0 : 1];
+    // Word of a connection may be late: the slot may have another address by now.
+    if (!lost && (event.hostName.isEmpty() || event.hostName == channel.host())) {
+        channel.showConnected();
     }
     refreshDeviceString();
 }
 
 void OnLineWidget::insertRecord(const Scan &scan)
 {
+    appendPassage(scan);
+    showFollowed();
+}
+
+void OnLineWidget::appendPassage(const Scan &scan)
+{
     const int rows = model_->rowCount();
     // In an empty table there is no current row: -1 is then the last row as well.
     const int current = ui_->tableViewOnLine->currentIndex().row();
-    const bool follow = current == rows - 1;
+    const bool follow = following_ || current == rows - 1;
     const bool appended = model_->append(scan);
     if (current >= 0 && !ui_->tableViewOnLine->currentIndex().isValid()) {
         showRecord(
@@ -254,13 +286,12 @@ void OnLineWidget::insertRecord(const Scan &scan)
         if (index_.isOpen()) {
             index_.cut(rows);
         }
+        showFollowed(); // the box may stay open for long
         reportFullDisk();
         return;
     }
     ui_->buttonSave->setEnabled(true);
-    if (follow) {
-        showRecord(model_->index(rows, 0));
-    }
+    following_ = follow;
 }
 
 void OnLineWidget::reportFullDisk()

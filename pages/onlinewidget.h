@@ -5,6 +5,7 @@
 #include "pages/recoveredtables.h"
 #include "pages/tablecolumns.h"
 #include "pages/tablesave.h"
+#include "pages/twinlines.h"
 #include "records/deviceindex.h"
 
 #include <QWidget>
@@ -14,6 +15,7 @@
 
 class OnLineEvent;
 class OnlineChannel;
+class PassageQueue;
 class PipeEvent;
 class ProportionalSclaleWidget;
 class QAbstractButton;
@@ -93,6 +95,10 @@ private:
     void showLatePicture(const OnLineEvent &event);
     // The entry of the next row.
     bool writeIndex(const QString &vaskId);
+    void appendPassage(const Scan &scan);
+    // The newest row, where the page follows; not each of a slice, which nobody would see.
+    void showFollowed();
+    void reportBarrier(const QString &error);
     void reportFullDisk();
     bool isWatched(const QString &host) const;
     // -1 unless the slot's sender is one of the two.
@@ -116,5 +122,9 @@ private:
     std::unique_ptr<SaveThread> save_;
     bool settingCurrent_ = false;
     bool reportingFullDisk_ = false;
+    bool reportingBarrier_ = false;
+    bool following_ = false; // the newest row is to be shown
+    TwinLines twins_;
+    std::unique_ptr<PassageQueue> passages_;
     TableColumns columns_;
 };

@@ -479,7 +479,7 @@ void TestOnLineWidgetDevices::reportsBarrierFailure()
     QString shown;
     page_->answers().expect(ModalAnswers::reading(&title, &shown));
     page_->press("buttonOpenBarrier1");
-    QCOMPARE(title, QStringLiteral("Error"));
+    QTRY_COMPARE_WITH_TIMEOUT(title, QStringLiteral("Error"), patience);
     QVERIFY(!shown.isEmpty());
     if (!text.isEmpty()) {
         QCOMPARE(shown, text);
