@@ -178,6 +178,7 @@ void TestSameName::rowsHaveTheirOwnPhotos()
             const QString copy = stick_->filePath(QStringLiteral("%1.jpeg").arg(row));
             page_->answers().expect(ModalAnswers::savingAs(copy));
             page_->press("buttonSavePhoto");
+            QTRY_VERIFY_WITH_TIMEOUT(!page_->isBusy(), patience);
             QCOMPARE(OnlinePage::content(copy), OnlinePage::jpeg(widths[row], 30));
         }
     }
