@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr qint64 copyStep = qint64{64} * 1024;
+constexpr int recordsAtOnce = 512;
 
 } // namespace
 
@@ -133,15 +134,38 @@ bool RecordFile::remove(const QVector<int> &records)
     if (name.isEmpty() || !beside.open()) {
         return false; // somebody has deleted the file, or the folder takes none
     }
-    qint64 kept = 0;
-    for (const int record : records) {
-        const qint64 place = qint64(record) * recordSize_;
-        if (!copyRange(kept, place, beside)) {
+    const qint64 partial = qint64(count()) * recordSize_;
+    return copyOthers(records, beside) && copyRange(partial, end, beside) && beside.flush() &&
+           putInPlace(beside, name);
+}
+
+bool RecordFile::copyOthers(const QVector<int> &records, QFile &destination)
+{
+    // Piece by piece, also where what stays are single records.
+    const int all = count();
+    auto next = records.cbegin();
+    for (int first = 0; first < all; first += recordsAtOnce) {
+        const int size = qMin(recordsAtOnce, all - first) * recordSize_;
+        if (!file_.seek(qint64(first) * recordSize_)) {
             return false;
         }
-        kept = place + recordSize_;
+        const QByteArray piece = file_.read(size);
+        if (piece.size() != size) {
+            return false;
+        }
+        QByteArray stays;
+        for (int at = 0; at < size; at += recordSize_) {
+            if (next != records.cend() && *next == first + at / recordSize_) {
+                ++next;
+            } else {
+                stays.append(piece.constData() + at, recordSize_);
+            }
+        }
+        if (!FileWrite::all(destination, stays)) {
+            return false;
+        }
     }
-    return copyRange(kept, end, beside) && beside.flush() && putInPlace(beside, name);
+    return true;
 }
 
 bool RecordFile::copyRange(qint64 from, qint64 to, QFile &destination)

@@ -43,6 +43,7 @@ public:
 
 private:
     bool resizeExactly(qint64 size);
+    bool copyOthers(const QVector<int> &records, QFile &destination);
     bool copyRange(qint64 from, qint64 to, QFile &destination);
     bool putInPlace(QFile &beside, const QString &name);
 
