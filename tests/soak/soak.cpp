@@ -110,13 +110,10 @@ bool Soak::run(QString *error)
     }
     while (clock_.elapsed() < end) {
         live();
-        if (!panel_->isRunning()) {
-            *error = QStringLiteral("The panel has ended by itself.");
-            return false;
-        }
-        if (killAt_ >= 0 && clock_.elapsed() >= killAt_) {
+        const bool ended = !panel_->isRunning();
+        if (ended || (killAt_ >= 0 && clock_.elapsed() >= killAt_)) {
             panel_->kill();
-            ++killsDone_;
+            ++(ended ? endedByItself_ : killsDone_);
             if (!compareLife(true, error)) {
                 return false;
             }
@@ -271,7 +268,8 @@ void Soak::lookForRecovered(const LiveTable &before)
 bool Soak::isGood() const
 {
     return counts_.isGood() && photos_.missing + photos_.otherLane + photos_.different == 0 &&
-           operator_->results().wrong == 0 && notRecovered_ == 0 && boxes_ == 0 && endMsec_ >= 0;
+           operator_->results().wrong == 0 && notRecovered_ == 0 && endedByItself_ == 0 &&
+           boxes_ == 0 && endMsec_ >= 0;
 }
 
 void Soak::summary() const
@@ -282,7 +280,8 @@ void Soak::summary() const
     for (const QString &problem : operator_->results().problems) {
         print(QStringLiteral("    ") + problem);
     }
-    print(QStringLiteral("panel: %1 lives, %2 kills, tables recovered %3, not recovered %4, "
+    print(QStringLiteral("panel: %1 lives, %2 kills, ended by itself %8 times, tables recovered "
+                         "%3, not recovered %4, "
                          "messages %5, longest wait of the window %6, orderly end in %7 ms")
               .arg(lives_)
               .arg(killsDone_)
@@ -290,6 +289,7 @@ void Soak::summary() const
               .arg(notRecovered_)
               .arg(boxes_)
               .arg(longestWait_.text())
-              .arg(endMsec_));
+              .arg(endMsec_)
+              .arg(endedByItself_));
     print(isGood() ? QStringLiteral("good") : QStringLiteral("NOT GOOD"));
 }

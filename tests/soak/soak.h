@@ -57,6 +57,7 @@ private:
     int minutes_ = 0;
     int lives_ = 0;
     int killsDone_ = 0;
+    int endedByItself_ = 0; // compared as after a kill; the run is not good
     int recovered_ = 0;
     int notRecovered_ = 0;
     int endMsec_ = -1;

@@ -12,5 +12,5 @@ class DriverPlugin : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "driverplugin.json")
 
 public:
-    QObject *create(const QString &name, const QString &specification) override;
+    QObject *create(const QString &name, const QString &argument) override;
 };
