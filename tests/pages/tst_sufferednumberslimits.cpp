@@ -180,7 +180,7 @@ void TestSufferedNumbersLimits::keepsWhatIsTypedWhileLongListIsFiltered()
     type("lineEditKey", QStringLiteral("typed"));
     page_->find<QPlainTextEdit>("textEditComment")->setPlainText(QStringLiteral("also"));
     filter(QStringLiteral("A007"));
-    const int shown = manyEntries / 1000 + 1;
+    const int shown = manyEntries / 1000;
     QCOMPARE(page_->rows(), manyEntries); // not between two keys
     QTRY_COMPARE_WITH_TIMEOUT(page_->rows(), shown, patience);
     QCOMPARE(page_->currentRow(), 0);
@@ -211,7 +211,7 @@ void TestSufferedNumbersLimits::disablesApplyWhenLongListLosesItsEntry()
     type("lineEditKey", QStringLiteral("typed"));
     filter(QStringLiteral("A008"));
     QVERIFY(page_->find<QPushButton>("buttonApply")->isEnabled());
-    QTRY_COMPARE_WITH_TIMEOUT(page_->rows(), manyEntries / 1000 + 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(page_->rows(), manyEntries / 1000, patience);
     QCOMPARE(page_->currentRow(), -1);
     QVERIFY(!page_->find<QPushButton>("buttonApply")->isEnabled());
     QCOMPARE(page_->edited().accessKey(), QStringLiteral("typed"));
