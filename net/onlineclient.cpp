@@ -222,7 +222,7 @@ void OnlineClient::keepAlive(Line &line)
 void OnlineClient::tellSilence(Line &line)
 {
     const bool silent = DeadPeer::isGone(line.socket);
-    if (silent == line.silent) {
+    if (silent == line.silent || line.socket.state() != QAbstractSocket::ConnectedState) {
         return;
     }
     line.silent = silent;

@@ -63,6 +63,7 @@ void OnlineChannel::release()
     online_->disconnectFromHost();
     online_->requestInterruption();
     online_->connectToHost(QString());
+    online_->setConnected(false);
     video_->disconnectFromHost();
     video_->requestInterruption();
     view_->setEmptyText(tr("Not Assigned"));

@@ -49,7 +49,6 @@ OnLineWidget::OnLineWidget(QWidget *parent)
     passages_ = std::make_unique<PassageQueue>(
         [this](const OnLineEvent &event) { handlePassage(event); }, [this] { showFollowed(); });
     createTable();
-    createMenu();
     createViews();
     ui_->buttomNetworkSetup->hide();
     wire();
@@ -67,13 +66,9 @@ void OnLineWidget::createTable()
 {
     model_ = new ScanModel(tableFile(), this);
     ui_->tableViewOnLine->setModel(model_);
+    menu_ = PassageTable::createMenu(ui_->tableViewOnLine, [this] { addToSuffered(); });
     ui_->buttonSave->setEnabled(false);
     ui_->buttonSavePhoto->setEnabled(false);
-}
-
-void OnLineWidget::createMenu()
-{
-    menu_ = PassageTable::createMenu(ui_->tableViewOnLine, [this] { addToSuffered(); });
 }
 
 void OnLineWidget::createViews()
@@ -113,9 +108,6 @@ void OnLineWidget::wire()
 int OnLineWidget::senderChannel(const QAbstractButton *first, const QAbstractButton *second) const
 {
     const QObject *button = sender();
-    if (button == nullptr) {
-        return -1;
-    }
     return button == first ? 0 : button == second ? 1 : -1;
 }
 
@@ -195,15 +187,19 @@ bool OnLineWidget::isWatched(const QString &host) const
 
 void OnLineWidget::handlePassage(const OnLineEvent &event)
 {
-    if (!event.onLine().isValid() || !isWatched(event.hostName())) {
+    if (!event.onLine().isValid()) {
+        QFile::remove(event.fileName()); // no row will ever have this photo, nor make room of it
+        return;
+    }
+    if (!isWatched(event.hostName())) {
         return;
     }
     if (event.repost()) {
         showLatePicture(event);
         return;
     }
-    const bool twins = channels_[0]->host() == channels_[1]->host();
-    if (twins_.isRepeated(event.channel(), event.onLine(), twins)) {
+    if (twins_.isRepeated(event.channel(), event.onLine(), event.hostName(),
+                          channels_[0]->host() == channels_[1]->host())) {
         return;
     }
     // The identifier first: a row never stands without its entry.
@@ -237,21 +233,23 @@ void OnLineWidget::showFollowed()
 
 void OnLineWidget::showLatePicture(const OnLineEvent &event)
 {
-    // Among the newest rows only: the search ends at the first one that is older.
     const QDateTime time = event.onLine().dateTime();
     const QModelIndex current = ui_->tableViewOnLine->currentIndex();
-    for (int row = model_->rowCount() - 1; row >= 0; --row) {
+    const std::optional<Scan> shown = model_->read(current.row());
+    // Of another device's passage in the same second, the photo has another name.
+    if (!shown || shown->dateTime() != time ||
+        QFileInfo(photoPath(current.row(), *shown)).fileName() !=
+            QFileInfo(event.fileName()).fileName()) {
+        return;
+    }
+    // Among the newest rows only: the search ends at the first one that is older.
+    for (int row = model_->rowCount() - 1; row > current.row(); --row) {
         const std::optional<Scan> scan = model_->read(row);
         if (scan && scan->dateTime() < time) {
             return;
         }
-        // Of another device's passage in the same second, the photo has another name.
-        if (scan && scan->dateTime() == time && row == current.row() &&
-            QFileInfo(photoPath(row, *scan)).fileName() == QFileInfo(event.fileName()).fileName()) {
-            showRecord(current);
-            return;
-        }
     }
+    showRecord(current);
 }
 
 void OnLineWidget::handlePipe(const PipeEvent &event)

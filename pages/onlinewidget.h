@@ -84,7 +84,6 @@ private:
 
     void createTable();
     void createViews();
-    void createMenu();
     void wire();
 
     void newTable();

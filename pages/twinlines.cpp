@@ -11,26 +11,31 @@ constexpr std::size_t mostAlone = 32768;
 
 } // namespace
 
-bool TwinLines::isRepeated(int line, const OnLine &record, bool ofOneDevice)
+bool TwinLines::isRepeated(int line, const OnLine &record, const QString &host, bool areTwins)
 {
-    if (!ofOneDevice) {
-        alone_ = {};
-    }
-    if (!ofOneDevice || line < 0) {
+    if (line < 0) {
         return false;
     }
-    std::deque<OnLine> &other = alone_[line == 0 ? 1 : 0];
-    const auto twin = std::find_if(other.begin(), other.end(), [&record](const OnLine &each) {
-        return std::memcmp(each.data(), record.data(), OnLine::size) == 0;
-    });
-    if (twin != other.end()) {
-        other.erase(other.begin(), twin + 1);
-        return true;
+    Line &own = lines_[line == 0 ? 0 : 1];
+    Line &other = lines_[line == 0 ? 1 : 0];
+    if (own.host != host) {
+        own = {host, {}};
     }
-    std::deque<OnLine> &own = alone_[line == 0 ? 0 : 1];
-    own.push_back(record);
-    if (own.size() > mostAlone) {
-        own.pop_front();
+    if (other.host == host) {
+        const auto twin =
+            std::find_if(other.alone.begin(), other.alone.end(), [&record](const OnLine &each) {
+                return std::memcmp(each.data(), record.data(), OnLine::size) == 0;
+            });
+        if (twin != other.alone.end()) {
+            other.alone.erase(other.alone.begin(), twin + 1);
+            return true;
+        }
+    }
+    if (areTwins) {
+        own.alone.push_back(record);
+    }
+    if (own.alone.size() > mostAlone) {
+        own.alone.pop_front();
     }
     return false;
 }

@@ -3,6 +3,8 @@
 
 #include "records/online.h"
 
+#include <QString>
+
 #include <array>
 #include <deque>
 
@@ -15,14 +17,21 @@
 // Both lines keep the device's order: what the other line brought before the passage found, this
 // line has missed and will not bring. At most 32768 passages without their twin are remembered.
 //
+// A slot that is released or given another device leaves passages behind, on their way from either
+// line: what it brought stays noted until it brings one of another device.
+//
 // GUI thread.
 class TwinLines
 {
 public:
-    // Takes note of a passage of line 0 or 1; one of an unknown line, -1, is never repeated. Where
-    // the lines are not of one device, all is forgotten.
-    bool isRepeated(int line, const OnLine &record, bool ofOneDevice);
+    // Takes note of a passage of line 0 or 1 and its device; one of an unknown line, -1, is never
+    // repeated. areTwins tells whether both slots hold the device now.
+    bool isRepeated(int line, const OnLine &record, const QString &host, bool areTwins);
 
 private:
-    std::array<std::deque<OnLine>, 2> alone_;
+    struct Line {
+        QString host;
+        std::deque<OnLine> alone;
+    };
+    std::array<Line, 2> lines_;
 };

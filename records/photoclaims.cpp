@@ -56,14 +56,11 @@ QString PhotoClaims::claim(const QString &path, const QString &host, const QStri
     if (first.host == host) {
         return path;
     }
-    if (first.id == id) {
-        return QString();
-    }
     const QFileInfo file(path);
     const QString own =
         file.path() + QLatin1Char('/') + PhotoName::ofDevice(file.fileName(), vaskId);
     PhotoName::reserve(own);
-    return own;
+    return first.id == id ? QString() : own;
 }
 
 void PhotoClaims::forget()

@@ -12,7 +12,7 @@
 // own is never shown another one's photo. An empty file is no photo.
 //
 // Identifiers are taken as an index file gives them back. Devices with the same identifier cannot
-// be told apart by their rows: then the first photo stays and stands for both.
+// be told apart by their rows: then neither row shows a photo, and the first one's file stays.
 //
 // Any thread.
 namespace PhotoName

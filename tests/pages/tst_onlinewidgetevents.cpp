@@ -56,6 +56,7 @@ private Q_SLOTS:
     void appendsTheSameSecondTwice();
     void cutsLongIdentifier();
     void beginsIndexAnew();
+    void keepsNoPhotoWithoutRow();
     void followsFromTheLastRowOnly();
     void showsRowByMouse();
     void showsLines_data();
@@ -151,6 +152,16 @@ void TestOnLineWidgetEvents::beginsIndexAnew()
     QCOMPARE(Page::indexBytes(), Page::indexOf({QStringLiteral("one")}));
     page_->tellPassage(Page::record(2), host_, QStringLiteral("two"));
     QCOMPARE(Page::indexBytes(), Page::indexOf({QStringLiteral("one"), QStringLiteral("two")}));
+}
+
+void TestOnLineWidgetEvents::keepsNoPhotoWithoutRow()
+{
+    OnLine timeless = Page::record(1);
+    timeless.setDateTime(QDateTime());
+    Page::write(Page::pictureFile(timeless), Page::jpeg(40, 30));
+    tell(timeless);
+    QCOMPARE(page_->rows(), 0);
+    QVERIFY(!QFile::exists(Page::pictureFile(timeless)));
 }
 
 void TestOnLineWidgetEvents::followsFromTheLastRowOnly()

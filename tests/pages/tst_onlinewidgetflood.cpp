@@ -237,19 +237,27 @@ void TestOnLineWidgetFlood::pairsTwins_data()
 void TestOnLineWidgetFlood::pairsTwins()
 {
     QFETCH(QString, brought);
+    const QString host = Page::nowhere();
     TwinLines lines;
     QString stored;
     for (int n = 0; n < brought.size(); n += 2) {
         const QChar passage = brought.at(n + 1);
-        if (!lines.isRepeated(brought.at(n).digitValue(), Page::record(passage.unicode()), true)) {
+        if (!lines.isRepeated(brought.at(n).digitValue(), Page::record(passage.unicode()), host,
+                              true)) {
             stored += passage;
         }
     }
     QTEST(stored, "stored");
-    QVERIFY(!lines.isRepeated(0, Page::record('z'), true));
-    QVERIFY(!lines.isRepeated(-1, Page::record('z'), true));
-    QVERIFY(!lines.isRepeated(1, Page::record('y'), false));
-    QVERIFY(!lines.isRepeated(1, Page::record('z'), true));
+    QVERIFY(!lines.isRepeated(-1, Page::record('z'), host, true));
+    QVERIFY(!lines.isRepeated(0, Page::record('z'), host, true));
+    QVERIFY(!lines.isRepeated(0, Page::record('y'), host, true));
+    // One slot is released: what it still brings was brought before.
+    QVERIFY(lines.isRepeated(1, Page::record('z'), host, false));
+    QVERIFY(lines.isRepeated(1, Page::record('y'), host, false));
+    // Another device's passage ends that.
+    QVERIFY(!lines.isRepeated(0, Page::record('x'), host, true));
+    QVERIFY(!lines.isRepeated(0, Page::record('x'), QStringLiteral("other"), false));
+    QVERIFY(!lines.isRepeated(1, Page::record('x'), host, false));
 }
 
 void TestOnLineWidgetFlood::storesPassagesOfOneDeviceInBothSlotsOnce()
