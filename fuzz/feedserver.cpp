@@ -35,6 +35,8 @@ void FeedServer::setStream(const Stream &stream)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     stream_ = stream;
+    // A line that comes back late is still fed when the input is gone.
+    stream_.bytes = QByteArray(stream.bytes.constData(), stream.bytes.size());
 }
 
 FeedServer::Stream FeedServer::stream() const
