@@ -205,7 +205,9 @@ QString Startup::settleFormerRun()
 
 void Startup::markCleanEnd()
 {
-    RunMark::remove();
+    if (!RecoveredTables::isLeftInPlace()) {
+        RunMark::remove();
+    }
 }
 
 void Startup::restoreGeometry(QWidget &frame)

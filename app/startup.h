@@ -39,7 +39,8 @@ std::unique_ptr<ProcessLock> lockWorkingDirectory();
 // the pieces of its transfers. Then marks this run as one that has not ended. The text for the
 // operator, empty when there was nothing. With the lock, and before there are pages.
 QString settleFormerRun();
-// This run has ended as it should; the next start finds nothing to recover.
+// This run has ended as it should; the next start finds nothing to recover. Not so where the former
+// run's table is still in its place.
 void markCleanEnd();
 
 // Places the frame where it was left and shows it. The size is read under another key than the one

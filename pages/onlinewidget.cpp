@@ -34,8 +34,7 @@ constexpr int mostFreeingMsec = 20;
 
 QString tableFile()
 {
-    const Settings *settings = Settings::instance();
-    return settings->absolute(settings->onLineTempFile());
+    return Settings::instance()->absolute(Settings::instance()->onLineTempFile());
 }
 
 } // namespace
@@ -44,7 +43,9 @@ OnLineWidget::OnLineWidget(QWidget *parent)
     : QWidget(parent)
     , ui_(std::make_unique<Ui_OnLineWidgetClass>())
 {
-    clearTempData(); // before anything else, so that every run starts with an empty table
+    if (!RecoveredTables::isLeftInPlace()) {
+        clearTempData(); // before anything else, so that every run starts with an empty table
+    }
     ui_->setupUi(this);
     passages_ = std::make_unique<PassageQueue>(
         [this](const OnLineEvent &event) { handlePassage(event); }, [this] { showFollowed(); });
@@ -67,7 +68,7 @@ void OnLineWidget::createTable()
     model_ = new ScanModel(tableFile(), this);
     ui_->tableViewOnLine->setModel(model_);
     menu_ = PassageTable::createMenu(ui_->tableViewOnLine, [this] { addToSuffered(); });
-    ui_->buttonSave->setEnabled(false);
+    ui_->buttonSave->setEnabled(model_->rowCount() > 0);
     ui_->buttonSavePhoto->setEnabled(false);
 }
 
@@ -219,7 +220,7 @@ void OnLineWidget::handlePassage(const OnLineEvent &event)
 
 bool OnLineWidget::writeIndex(const QString &vaskId)
 {
-    return (index_.isOpen() || index_.open(model_->indexFile(), QIODevice::WriteOnly)) &&
+    return (index_.isOpen() || index_.open(model_->indexFile(), QIODevice::ReadWrite)) &&
            index_.write(model_->rowCount(), vaskId);
 }
 
@@ -366,6 +367,7 @@ void OnLineWidget::newTable()
 {
     clearTable();
     clearTempData();
+    RecoveredTables::forgetLeft();
     // Its files were deleted under it.
     model_->setFileName(tableFile());
 }

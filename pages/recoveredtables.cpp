@@ -15,11 +15,14 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <limits>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -27,13 +30,23 @@ namespace
 constexpr int mostKept = 3;
 // Sorts by time, and every file system takes it.
 const QString stamp = QStringLiteral("yyyy-MM-dd_hh-mm-ss");
-// What a rescue is moving; renamed when all is there.
-const QString unfinished = QStringLiteral(".unfinished");
+// A start does not delay the window for longer than that; the passages do the rest.
+constexpr int mostStartMsec = 1000;
+// What a table gives, at the most, for the folder it is to be kept in.
+constexpr int mostPhotosForFolder = 64;
+
+bool leftInPlace = false;
 
 QString root()
 {
     return QDir(Settings::instance()->absoluteWorkingDirectory())
         .filePath(QStringLiteral("Recovered"));
+}
+
+// What a rescue is moving; renamed when all is there.
+QString unfinished()
+{
+    return root() + QStringLiteral("/.unfinished");
 }
 
 QString liveTable()
@@ -67,29 +80,43 @@ bool isRealFolder(const QString &path)
     return folder.isDir() && !folder.isSymLink();
 }
 
-// From the oldest on.
-QStringList names()
+// Without a zone, in which an hour may be missing or come twice. Invalid for names of another form,
+// and for the last year of the form, behind which there would be no name.
+QDateTime timeOf(const QString &name)
 {
     static const QRegularExpression form(
         QStringLiteral("^\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d$"));
-    return isRealFolder(root())
-               ? QDir(root())
-                     .entryList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Name)
-                     .filter(form)
-               : QStringList();
+    if (!form.match(name).hasMatch()) {
+        return QDateTime();
+    }
+    const QStringList parts = name.split(QLatin1Char('_'));
+    const QDate day = QDate::fromString(parts.at(0), QStringLiteral("yyyy-MM-dd"));
+    const QTime time = QTime::fromString(parts.at(1), QStringLiteral("hh-mm-ss"));
+    return day.isValid() && time.isValid() && day.year() < 9999 ? QDateTime(day, time, Qt::UTC)
+                                                                : QDateTime();
+}
+
+// From the oldest on.
+QStringList names()
+{
+    QStringList all;
+    if (isRealFolder(root())) {
+        const QStringList folders = QDir(root()).entryList(
+            QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Name);
+        std::copy_if(folders.begin(), folders.end(), std::back_inserter(all),
+                     [](const QString &name) { return timeOf(name).isValid(); });
+    }
+    return all;
 }
 
 // Behind the newest one in any case: a clock may have been set back.
 QString nextName()
 {
     const QString now = QDateTime::currentDateTime().toString(stamp);
-    const QString newest = names().isEmpty() ? QString() : names().constLast();
-    if (now > newest) {
-        return now;
-    }
-    QDateTime behind = QDateTime::fromString(newest, stamp);
-    behind.setTimeSpec(Qt::UTC); // no hour is missing there, and none comes twice
-    return behind.addSecs(1).toString(stamp);
+    const QStringList all = names();
+    return all.isEmpty() || now > all.constLast()
+               ? now
+               : timeOf(all.constLast()).addSecs(1).toString(stamp);
 }
 
 bool rename(const QString &from, const QString &to)
@@ -143,7 +170,7 @@ bool makeFolderWhereFull(const QString &path)
     const int count = rows.open(QIODevice::ReadOnly) ? rows.count() : 0;
     for (int row = 0; !makeFolder(path); ++row) {
         Scan scan;
-        if (!isFull() || row >= count || !rows.read(row, scan.data())) {
+        if (!isFull() || row >= qMin(count, mostPhotosForFolder) || !rows.read(row, scan.data())) {
             return false;
         }
         QFile::remove(livePhotos() + QLatin1Char('/') + VaskSettings::picFileName(scan));
@@ -162,15 +189,134 @@ bool moveFile(const QString &from, const QString &to)
     return QFile::rename(from, to);
 }
 
-// The table last: as long as it is in its old place, the next start does the rest.
-bool moveInto(const QString &folder)
+bool isFilled(const QString &folder)
 {
-    const QString table = tableIn(folder);
-    if (isRealFolder(livePhotos())) {
-        rename(livePhotos(), ArchiveFiles::photosOf(table));
+    return isRealFolder(folder) && !QDir(folder).isEmpty();
+}
+
+// Half a copy of it.
+bool isBeginningOf(const QString &table, const QString &whole)
+{
+    QFile one(table);
+    QFile other(whole);
+    if (!one.open(QIODevice::ReadOnly) || !other.open(QIODevice::ReadOnly)) {
+        return false;
     }
-    return moveFile(ScanModel::indexFileOf(liveTable()), ScanModel::indexFileOf(table)) &&
-           moveFile(liveTable(), table);
+    constexpr qint64 atOnce = 1 << 20;
+    QByteArray piece;
+    do {
+        piece = one.read(atOnce);
+    } while (!piece.isEmpty() && other.read(piece.size()) == piece);
+    return piece.isEmpty();
+}
+
+// Whether a former rescue was stopped with more than a part of the live table.
+bool hasUnfinished()
+{
+    if (!isRealFolder(root()) || !isRealFolder(unfinished())) {
+        return false;
+    }
+    const QString table = tableIn(unfinished());
+    return hasPassages(table) ? !isBeginningOf(table, liveTable())
+                              : isFilled(ArchiveFiles::photosOf(table)) && isFilled(livePhotos());
+}
+
+// What has been moved, also by a start that was killed. What cannot be put back stays there.
+void putBack()
+{
+    if (!isRealFolder(root()) || !isRealFolder(unfinished())) {
+        return;
+    }
+    const QString table = tableIn(unfinished());
+    const QString index = ScanModel::indexFileOf(liveTable());
+    if (isRealFolder(ArchiveFiles::photosOf(table))) {
+        rename(ArchiveFiles::photosOf(table), livePhotos());
+    }
+    if (!QFile::exists(index)) {
+        QFile::rename(ScanModel::indexFileOf(table), index);
+    }
+    rmdir(QFile::encodeName(unfinished()).constData());
+}
+
+// The table last: as long as it is in its old place, the next start does the rest.
+bool moveLiveTable()
+{
+    if (makeFolderWhereFull(root()) && makeFolderWhereFull(unfinished())) {
+        const QString table = tableIn(unfinished());
+        const bool photosMoved = !isRealFolder(livePhotos()) ||
+                                 rename(livePhotos(), ArchiveFiles::photosOf(table)) ||
+                                 errno == EXDEV || !isFilled(livePhotos());
+        if (photosMoved &&
+            moveFile(ScanModel::indexFileOf(liveTable()), ScanModel::indexFileOf(table)) &&
+            moveFile(liveTable(), table)) {
+            return true;
+        }
+    }
+    putBack();
+    return false;
+}
+
+// Its name; empty when that could not be given.
+QString finish()
+{
+    flushFolder(unfinished());
+    QString name = nextName();
+    if (!rename(unfinished(), root() + QLatin1Char('/') + name)) {
+        name.clear();
+    }
+    flushFolder(root());
+    return name;
+}
+
+// A dump of that name beside the folder that the On-line page empties.
+QString besideLive(const QString &name)
+{
+    const Settings *settings = Settings::instance();
+    const QFileInfo live(liveTable());
+    return QFileInfo(QDir::cleanPath(settings->absolute(settings->onLineTempDirectory())))
+               .absolutePath() +
+           QLatin1Char('/') +
+           Settings::extended(live.baseName() + QLatin1Char('-') + name,
+                              VaskSettings::passbaseSuffix());
+}
+
+// Where there is no other way to keep the table. Takes no room but for the new folder of photos:
+// with all or nothing done.
+bool setAside()
+{
+    QDateTime time = QDateTime::currentDateTime();
+    time.setTimeSpec(Qt::UTC);
+    QString table = besideLive(time.toString(stamp));
+    while (QFile::exists(table) || QFile::exists(ScanModel::indexFileOf(table)) ||
+           QFile::exists(ArchiveFiles::photosOf(table))) {
+        time = time.addSecs(1);
+        table = besideLive(time.toString(stamp));
+    }
+    const std::array<std::pair<QString, QString>, 3> moves = {
+        {{livePhotos(), ArchiveFiles::photosOf(table)},
+         {ScanModel::indexFileOf(liveTable()), ScanModel::indexFileOf(table)},
+         {liveTable(), table}}};
+    bool done = true;
+    for (const auto &[from, to] : moves) {
+        done = done && (!QFile::exists(from) || rename(from, to));
+    }
+    done = done && makeFolder(livePhotos());
+    for (const auto &[from, to] : moves) {
+        if (!done && QFile::exists(to)) {
+            rename(to, from);
+        }
+    }
+    flushFolder(QFileInfo(table).absolutePath());
+    return done;
+}
+
+// Not where the disk cannot be asked, or could never have the reserve.
+bool isReserveMissing()
+{
+    const Settings *settings = Settings::instance();
+    const qint64 reserve = settings->minReservedFreeSpace();
+    const DiskSpace disk = DiskSpace::of(settings->absoluteWorkingDirectory());
+    return disk.total > reserve && disk.available < reserve;
 }
 
 } // namespace
@@ -180,35 +326,36 @@ RecoveredTables::~RecoveredTables() = default;
 
 RecoveredTables::Rescue RecoveredTables::rescue()
 {
+    leftInPlace = false;
     if (Settings::instance() == nullptr) {
         return Rescue::Nothing;
     }
-    const QString folder = root() + QLatin1Char('/') + unfinished;
-    const bool isMoved = isRealFolder(root()) && isRealFolder(folder) &&
-                         hasPassages(tableIn(folder)) && !hasPassages(liveTable());
-    if (!isMoved) {
-        if (!hasPassages(liveTable()) || !isEmptiedAtStart(liveTable())) {
-            return Rescue::Nothing;
-        }
-        if (!makeFolderWhereFull(root()) || !makeFolderWhereFull(folder) || !moveInto(folder)) {
-            QDir(folder).removeRecursively();
-            return Rescue::Failed;
-        }
+    const bool isUnfinished = hasUnfinished();
+    const bool isLive = hasPassages(liveTable()) && isEmptiedAtStart(liveTable());
+    if (!isUnfinished && !isLive) {
+        return Rescue::Nothing;
     }
-    flushFolder(folder);
-    const QString name = nextName();
-    if (!rename(folder, root() + QLatin1Char('/') + name)) {
-        return Rescue::Failed;
-    }
-    flushFolder(root());
-    while (names().size() > mostKept) {
-        QDir(root() + QLatin1Char('/') + names().constFirst()).removeRecursively();
+    QString name = isUnfinished ? finish() : QString();
+    if (isLive) {
+        const bool isMoved = (!isUnfinished || !name.isEmpty()) && moveLiveTable();
+        name = isMoved ? finish() : QString();
+        leftInPlace = !isMoved && !setAside();
     }
     RecoveredTables tables;
-    tables.makeRoom(std::numeric_limits<int>::max());
+    tables.makeRoom(mostStartMsec);
     while (!makeFolder(livePhotos()) && isFull() && tables.removeNext()) {
     }
     return names().contains(name) ? Rescue::Done : Rescue::Failed;
+}
+
+bool RecoveredTables::isLeftInPlace()
+{
+    return leftInPlace;
+}
+
+void RecoveredTables::forgetLeft()
+{
+    leftInPlace = false;
 }
 
 QString RecoveredTables::newest()
@@ -219,15 +366,13 @@ QString RecoveredTables::newest()
 
 void RecoveredTables::makeRoom(int mostMsec)
 {
-    const Settings *settings = Settings::instance();
-    if (settings == nullptr) {
+    if (Settings::instance() == nullptr) {
         return;
     }
-    const qint64 reserve = settings->minReservedFreeSpace();
     QElapsedTimer clock;
     clock.start();
-    while (DiskSpace::of(settings->absoluteWorkingDirectory()).available < reserve &&
-           !clock.hasExpired(mostMsec) && removeNext()) {
+    while ((removable().size() > mostKept || isReserveMissing()) && !clock.hasExpired(mostMsec) &&
+           removeNext()) {
     }
 }
 
@@ -245,12 +390,24 @@ bool RecoveredTables::removeNext()
         return true;
     }
     rows_.reset();
-    return QDir(folder_).removeRecursively();
+    if (!QDir(folder_).removeRecursively()) {
+        stuck_.append(QFileInfo(folder_).fileName());
+    }
+    return true;
+}
+
+QStringList RecoveredTables::removable() const
+{
+    QStringList all = names();
+    for (const QString &name : stuck_) {
+        all.removeAll(name);
+    }
+    return all;
 }
 
 bool RecoveredTables::openOldest()
 {
-    const QStringList all = names();
+    const QStringList all = removable();
     if (all.isEmpty()) {
         return false;
     }

@@ -1,20 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "pages/recoveredtables.h"
-
-#include "app/settings.h"
-#include "app/startup.h"
-#include "pages/archivefiles.h"
-#include "records/deviceindex.h"
-#include "records/scan.h"
-#include "records/scanmodel.h"
 #include "records/vasksettings.h"
-#include "tests/support/archivepage.h"
-#include "tests/support/onlinepage.h"
+#include "tests/pages/recoveredcase.h"
 #include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <sys/mount.h>
 #include <sys/vfs.h>
@@ -22,19 +10,12 @@
 namespace
 {
 
-using Rescue = RecoveredTables::Rescue;
-
 constexpr int unbounded = 60000;
-
-QByteArray photo(int n)
-{
-    return QByteArray("photo ") + QByteArray::number(n);
-}
 
 } // namespace
 
-// The live table is written here as the On-line page leaves it behind when it is killed.
-class TestRecoveredTables : public QObject
+// What is kept of a run that was killed, and how long.
+class TestRecoveredTables : public QObject, private RecoveredCase
 {
     Q_OBJECT
 
@@ -53,58 +34,6 @@ private Q_SLOTS:
     void givesWayToTheReserve();
     void givesWayWhilePassagesCome();
     void makesRoomForItsFolders();
-    void tellsThatItFailed();
-
-private:
-    static QDir working() { return QDir(Settings::instance()->absoluteWorkingDirectory()); }
-    static QString recovered(const QString &path = QString())
-    {
-        return working().filePath(QStringLiteral("Recovered/") + path);
-    }
-    static QStringList kept()
-    {
-        return QDir(recovered()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
-    }
-    static QString only() { return kept().value(0); }
-    // Rows first to last with a photo each.
-    static void leaveTable(int rows, int first = 0, const QByteArray &picture = QByteArray())
-    {
-        Startup::initTempDirectories();
-        QByteArray table;
-        QByteArray index;
-        for (int n = first; n < first + rows; ++n) {
-            const OnLine record = OnlinePage::record(n);
-            table.append(Scan(record).data(), Scan::size);
-            index += DeviceIndex::entry(QStringLiteral("gate %1").arg(n));
-            OnlinePage::write(OnlinePage::pictureFile(record),
-                              picture.isEmpty() ? photo(n) : picture);
-        }
-        OnlinePage::write(Settings::instance()->onLineTempFile(), table);
-        OnlinePage::write(ScanModel::indexFileOf(Settings::instance()->onLineTempFile()), index);
-    }
-    static QString table(const QString &name)
-    {
-        return recovered(name + QStringLiteral("/tmponline.tpp"));
-    }
-    static void expectWhole(const QString &name, int rows, int first = 0)
-    {
-        QCOMPARE(ArchivePage::content(table(name)).size(), rows * int(Scan::size));
-        const ScanModel model(table(name), nullptr);
-        for (int row = 0; row < rows; ++row) {
-            QCOMPARE(model.index(row, ScanModel::DeviceColumn).data().toString(),
-                     QStringLiteral("gate %1").arg(first + row));
-            const Scan scan(OnlinePage::record(first + row));
-            const QString id = QStringLiteral("gate %1").arg(first + row);
-            QCOMPARE(ArchivePage::content(ArchiveFiles::photo(table(name), scan, id)),
-                     photo(first + row));
-        }
-    }
-    static void expectEmptyLiveTable()
-    {
-        QVERIFY(!QFile::exists(Settings::instance()->onLineTempFile()));
-        QVERIFY(QDir(OnlinePage::folder() + QStringLiteral("/jpegdata")).exists());
-        QVERIFY(QDir(OnlinePage::folder() + QStringLiteral("/jpegdata")).isEmpty());
-    }
 };
 
 void TestRecoveredTables::init()
@@ -280,8 +209,12 @@ void TestRecoveredTables::givesWayToTheReserve()
                                      VaskSettings::picFileName(OnlinePage::record(4))}));
     QCOMPARE(photos(1).size(), 5);
     QVERIFY(disk.available() >= Settings::instance()->minReservedFreeSpace());
-    // A disk that cannot keep the reserve keeps nothing of it.
-    Settings::instance()->SetMinReservedFreeSpace(1024 * 1024);
+    // A disk that could never have the reserve keeps them.
+    Settings::instance()->SetMinReservedFreeSpace(200 * SmallDisk::pageSize);
+    RecoveredTables().makeRoom(unbounded);
+    QCOMPARE(kept().size(), 2);
+    QCOMPARE(photos(1).size(), 5);
+    Settings::instance()->SetMinReservedFreeSpace(200 * SmallDisk::pageSize - 1);
     RecoveredTables().makeRoom(unbounded);
     QCOMPARE(kept(), QStringList());
 }
@@ -333,14 +266,6 @@ void TestRecoveredTables::makesRoomForItsFolders()
     expectEmptyLiveTable();
     QVERIFY(!photos.exists(VaskSettings::picFileName(OnlinePage::record(0))));
     QVERIFY(photos.exists(VaskSettings::picFileName(OnlinePage::record(4))));
-}
-
-void TestRecoveredTables::tellsThatItFailed()
-{
-    leaveTable(2);
-    OnlinePage::write(recovered().chopped(1), "a file");
-    QCOMPARE(int(RecoveredTables::rescue()), int(Rescue::Failed));
-    QVERIFY(QFile::exists(Settings::instance()->onLineTempFile()));
 }
 
 int main(int argc, char *argv[])
