@@ -2,6 +2,7 @@
 #include "pages/accessfiles.h"
 
 #include "app/settings.h"
+#include "net/socketwait.h"
 #include "pages/photofiles.h"
 #include "pages/sourceguard.h"
 #include "pages/tableload.h"
@@ -20,6 +21,25 @@ namespace
 
 // Enough for the longest titles.
 constexpr qint64 titleBytes = 4096;
+constexpr qint64 readStep = qint64{64} * 1024;
+
+// Whether the first line, which may end with CR or LF, is the only one. Lines that end with CR
+// alone are one line to the loader, and all their entries a part of the titles.
+bool isOneLine(QFile &source)
+{
+    bool isBehind = false;
+    QByteArray piece = source.seek(0) ? source.read(readStep) : QByteArray();
+    for (; !piece.isEmpty() && !SocketWait::interrupted(); piece = source.read(readStep)) {
+        for (const char c : qAsConst(piece)) {
+            const bool isLineEnd = c == '\r' || c == '\n';
+            if (isBehind && !isLineEnd && c != ' ' && c != '\t') {
+                return false;
+            }
+            isBehind = isBehind || isLineEnd;
+        }
+    }
+    return source.atEnd();
+}
 
 } // namespace
 
@@ -129,7 +149,7 @@ QString AccessFiles::readCsv(QFile &source, WholeFile *list)
     if (!error.isEmpty()) {
         return error;
     }
-    const bool isEmptyList = entries == 0 && AccessCsv::areTitles(titles);
+    const bool isEmptyList = entries == 0 && AccessCsv::areTitles(titles) && isOneLine(source);
     return isList || isEmptyList ? QString() : tr("The file is not an access list");
 }
 

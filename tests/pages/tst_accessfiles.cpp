@@ -362,6 +362,8 @@ void TestAccessFiles::refusesWhatIsNoList_data()
     QTest::newRow("separators") << QByteArray("titles\n;;;;;\n;;;;;;;;;");
     QTest::newRow("fewer titles") << QByteArray("Id;Number;Date from;Date till;Key");
     QTest::newRow("more titles") << titleLine + ";Colour";
+    QTest::newRow("lines that end with CR alone")
+        << QByteArray(titleLine + lineOf(0) + lineOf(1)).replace('\n', '\r');
     QTest::newRow("an entry without titles") << lineOf(0).mid(1);
     QTest::newRow("ids beyond 16 bits") << titleLine + "\n70000;A001BC77;;;;\n-40000;;;;;";
     QTest::newRow("passages") << QByteArray("Time;Number\n21.11.2026 12:00:00;A001BC77;0;0;0;;");
