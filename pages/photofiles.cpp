@@ -6,6 +6,7 @@
 #include "records/filewrite.h"
 #include "records/flush.h"
 #include "records/photoname.h"
+#include "records/regularfile.h"
 #include "records/vasksettings.h"
 
 #include <QCoreApplication>
@@ -61,14 +62,15 @@ QString replace(const QString &source, const QString &destination,
         return QCoreApplication::translate("PhotoFiles", "Destination file exists");
     }
     QFile from(source);
-    if (!from.open(QIODevice::ReadOnly)) {
-        return from.errorString(); // what stands at the destination stays
+    QString error = RegularFile::open(from, QIODevice::ReadOnly);
+    if (!error.isEmpty()) {
+        return error; // what stands at the destination stays
     }
     FileBeside copy(destination);
     if (!copy.isOpen()) {
         return destination + QStringLiteral(": ") + copy.errorString();
     }
-    QString error = copyInto(copy, from);
+    error = copyInto(copy, from);
     if (error.isEmpty()) {
         copy.setPermissions(from.permissions()); // where the file system has any
         error = settle(copy);

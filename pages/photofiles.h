@@ -18,7 +18,8 @@ QString path(const QString &folder, const QString &pictureFolder, const Scan &sc
 bool makeFolder(const QString &folder, const QString &pictureFolder);
 
 // Copies over whatever stands at the destination, which is replaced in one step. Empty, or the
-// error's text; a file onto itself is refused and stays. Ends with a text when the thread is
+// error's text; a file onto itself is refused and stays, and so
+// is a source that is no regular file. Ends with a text when the thread is
 // interrupted. The flushed copy is on the disk then; for the other one the caller flushes the file
 // system behind the last of many.
 QString copyFlushed(const QString &source, const QString &destination);

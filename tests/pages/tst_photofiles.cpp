@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "pages/photofiles.h"
 
+#include "tests/support/bounded.h"
 #include "tests/support/filelimit.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 class TestPhotoFiles : public QObject
 {
@@ -26,6 +29,7 @@ private Q_SLOTS:
     void copies();
     void refusesItself_data();
     void refusesItself();
+    void takesRegularFilesOnly();
     void leavesNothingOnFullDisk();
     void knowsSameFile();
 
@@ -135,6 +139,22 @@ void TestPhotoFiles::refusesItself()
              QStringLiteral("Destination file exists"));
     QCOMPARE(content("photo"), QByteArray("the photo"));
     QVERIFY(!QFileInfo(below("photo")).isSymLink());
+}
+
+void TestPhotoFiles::takesRegularFilesOnly()
+{
+    QCOMPARE(mkfifo(QFile::encodeName(below("pipe")).constData(), 0600), 0);
+    write("copy", "stays");
+    for (const auto &copy : {PhotoFiles::copy, PhotoFiles::copyFlushed}) {
+        QCOMPARE(Bounded::text([&] { return copy(below("pipe"), below("copy")); }),
+                 QStringLiteral("This is not a regular file"));
+        QCOMPARE(content("copy"), QByteArray("stays"));
+    }
+    // What is copied keeps its rights.
+    QVERIFY(QFile::setPermissions(below("photo"), QFile::ReadOwner | QFile::ReadOther));
+    QCOMPARE(PhotoFiles::copy(below("photo"), below("copy")), QString());
+    QVERIFY(QFile::permissions(below("copy")).testFlag(QFile::ReadOther));
+    QVERIFY(!QFile::permissions(below("copy")).testFlag(QFile::WriteOwner));
 }
 
 void TestPhotoFiles::leavesNothingOnFullDisk()
