@@ -88,7 +88,10 @@ QString AccessTransfer::send(const QString &file) const
     if (QFileInfo(file).size() % Access::size == 0) {
         return put(file);
     }
-    const QTemporaryDir folder;
+    const QTemporaryDir folder(AccessFiles::transferTemplate());
+    if (!folder.isValid()) {
+        return folder.errorString();
+    }
     const QString whole = folder.filePath(QStringLiteral("list"));
     const QString error = AccessFiles::copy(file, whole);
     return error.isEmpty() ? put(whole) : error;

@@ -374,6 +374,8 @@ void TestAccessTransfer::needsPlaceToAppend()
     setDeviceList(Page::list(40));
     Settings::instance()->setSufferedTempDirectory(QStringLiteral("/proc")); // makes no files
     QVERIFY(!append(Page::entry(1)).isEmpty());
+    Page::write(below("edited"), "half an entry");
+    QVERIFY(!inWorker([this] { return AccessTransfer(host()).send(below("edited")); }).isEmpty());
     QCOMPARE(device().journal().countRequests(), 0);
     Settings::instance()->setSufferedTempDirectory(below("tmp"));
     {
