@@ -382,6 +382,7 @@ QStringList Settings::addressList() const
 bool Settings::setAddressList(const QStringList &addresses)
 {
     put(key::addresses, addresses);
+    removeAbandonedLocks(); // the new object writes when it is made
     // Of all objects on one file each writes what is not in it yet, and each keeps its first error;
     // a fresh one has none.
     QSettings writer(fileName(), format());

@@ -13,6 +13,7 @@ class TestAddressDialogStore : public AddressDialogCase
 private Q_SLOTS:
     void storesAtOnce_data();
     void storesAtOnce();
+    void storesDespiteAbandonedLocks();
     void tellsWhatIsNotStored_data();
     void tellsWhatIsNotStored();
 
@@ -61,6 +62,23 @@ void TestAddressDialogStore::storesAtOnce()
     open({one, two});
     act(action);
     QCOMPARE(inFile(), list.join(QStringLiteral(", ")).toLatin1());
+}
+
+// The toolkit would wait half a minute for them, and the window with it.
+void TestAddressDialogStore::storesDespiteAbandonedLocks()
+{
+    open({one, two});
+    const QString locks[] = {Settings::instance()->fileName() + QStringLiteral(".lock"),
+                             Settings::instance()->fileName() + QStringLiteral(".lock.rmlock")};
+    for (const QString &lock : locks) {
+        QFile file(lock);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    act(QStringLiteral("add"));
+    for (const QString &lock : locks) {
+        QVERIFY2(!QFile::exists(lock), qPrintable(lock));
+    }
+    QCOMPARE(inFile(), (QStringList{one, two, three}).join(QStringLiteral(", ")).toLatin1());
 }
 
 void TestAddressDialogStore::tellsWhatIsNotStored_data()
