@@ -191,6 +191,7 @@ QString Startup::settleFormerRun()
           settings->videoTempDirectory()}) {
         TemporaryData::removeTransfers(settings->absolute(folder));
     }
+    TemporaryData::removeLeftBeside(settings->absolute(settings->sufferedTempFile()));
     switch (rescue) {
     case RecoveredTables::Rescue::Done:
         return QCoreApplication::translate("Startup", "The former table was kept:") +

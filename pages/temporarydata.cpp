@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace
 {
@@ -76,6 +77,25 @@ void TemporaryData::removeTransfers(const QString &path)
             folder.rmdir(each.fileName());
         } else {
             QFile::remove(each.filePath());
+        }
+    }
+}
+
+void TemporaryData::removeLeftBeside(const QString &file)
+{
+    const QFileInfo own(file);
+    if (!isFolderOfItsOwn(own.path())) {
+        return;
+    }
+    const QRegularExpression leftName(QLatin1Char('^') +
+                                      QRegularExpression::escape(own.fileName()) +
+                                      QStringLiteral("\\.(?=.*[a-z])(?=.*[A-Z])[A-Za-z0-9]{6}\\z"));
+    const QDir folder(own.path());
+    const QStringList files =
+        folder.entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QString &each : files) {
+        if (leftName.match(each).hasMatch()) {
+            QFile::remove(folder.filePath(each));
         }
     }
 }

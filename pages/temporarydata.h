@@ -21,4 +21,9 @@ void clear(const QString &path);
 // Settings::transferTemplate() says. The same holds as for clear().
 void removeTransfers(const QString &path);
 
+// Deletes what killed writes have left beside a file: regular files with its name and a random
+// ending, a dot and six letters. One that stands in small letters or capitals only is taken for a
+// copy made by hand, "backup", and stays. The same holds as for clear().
+void removeLeftBeside(const QString &file);
+
 } // namespace TemporaryData

@@ -209,7 +209,8 @@ private Q_SLOTS:
         };
         const QStringList left = {QStringLiteral("ArchiveTemp/stallo-transfer-aB3dEf/archive.tpp"),
                                   QStringLiteral("SufferedTemp/stallo-transfer-000000/list"),
-                                  QStringLiteral("VideoTemp/stallo-transfer-zzzzzz")};
+                                  QStringLiteral("VideoTemp/stallo-transfer-zzzzzz"),
+                                  QStringLiteral("SufferedTemp/tmpaccessbase.tpa.gHkPqZ")};
         const QStringList others = {QStringLiteral("SufferedTemp/stallo-transfer-of mine"),
                                     QStringLiteral("SufferedTemp/tmpaccessbase.tpa"),
                                     QStringLiteral("VideoTemp/video0.jpeg")};

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void followsNoLinks();
     void refusesWorkingDirectoryByAnyName();
     void refusesAllWithoutSettings();
+    void removesWhatIsLeftBeside();
 
 private:
     QString below(const char *path) const { return root_->filePath(QString::fromLatin1(path)); }
@@ -177,6 +180,43 @@ void TestTemporaryData::refusesAllWithoutSettings()
     QVERIFY(!TemporaryData::isFolderOfItsOwn(TestSurroundings::home()));
     // Nothing is known of what must be kept.
     QVERIFY(!TemporaryData::isFolderOfItsOwn(below("panel/temp")));
+}
+
+void TestTemporaryData::removesWhatIsLeftBeside()
+{
+    const QStringList left = {QStringLiteral("my+list.tpa.aBcDeF"),
+                              QStringLiteral("my+list.tpa.ZZZZZz")};
+    const QStringList others = {QStringLiteral("my+list.tpa"),
+                                QStringLiteral("my+list.tpa.backup"),
+                                QStringLiteral("my+list.tpa.BACKUP"),
+                                QStringLiteral("my+list.tpa.221126"),
+                                QStringLiteral("my+list.tpa.aBcDe"),
+                                QStringLiteral("my+list.tpa.aBcDeFg"),
+                                QStringLiteral("my+list.tpa.aBcDe-"),
+                                QStringLiteral("my+list.tpaxaBcDeF"),
+                                QStringLiteral("another.my+list.tpa.aBcDeF"),
+                                QStringLiteral("myylist.tpa.aBcDeF"),
+                                QStringLiteral("my+list.tpa.aBcDeF\n")};
+    for (const QString &file : left + others) {
+        write(below("panel/temp/") + file);
+        write(below("panel/") + file);
+    }
+    QVERIFY(QDir(below("panel/temp")).mkdir(QStringLiteral("my+list.tpa.aFoLdr")));
+    QVERIFY(QFile::link(below("elsewhere/kept"), below("panel/temp/my+list.tpa.aLinkk")));
+    QCOMPARE(mkfifo(QFile::encodeName(below("panel/temp/my+list.tpa.aPipee")).constData(), 0600),
+             0);
+    TemporaryData::removeLeftBeside(below("panel/temp/my+list.tpa"));
+    TemporaryData::removeLeftBeside(below("panel/my+list.tpa")); // the working directory
+    for (const QString &file : left) {
+        QVERIFY2(!QFile::exists(below("panel/temp/") + file), qPrintable(file));
+        QVERIFY2(QFile::exists(below("panel/") + file), qPrintable(file));
+    }
+    for (const QString &file : others) {
+        QVERIFY2(QFile::exists(below("panel/temp/") + file), qPrintable(file));
+    }
+    for (const char *kept : {"aFoLdr", "aLinkk", "aPipee"}) {
+        QVERIFY2(QFile::exists(below("panel/temp/my+list.tpa.") + QLatin1String(kept)), kept);
+    }
 }
 
 STALLO_TEST_MAIN(TestTemporaryData)
