@@ -41,7 +41,10 @@ void FileSet::add(const QString &name, const QByteArray &bytes)
 
 QString FileSet::commit()
 {
-    QString error = prepare();
+    QString error = dropFormerMark();
+    if (error.isEmpty()) {
+        error = prepare();
+    }
     QFile mark(mark_);
     if (error.isEmpty() && !mark.open(QIODevice::WriteOnly)) {
         error = mark.errorString();
@@ -63,13 +66,14 @@ QString FileSet::commit()
 void FileSet::repair(const QString &mark, const QStringList &names)
 {
     const bool counts = QFile::exists(mark);
+    bool isWhole = true;
     for (const QString &name : names) {
         const QString file = target(name);
         if (!QFile::exists(beside(file))) {
             continue;
         }
         if (counts) {
-            move(beside(file), file);
+            isWhole = move(beside(file), file).isEmpty() && isWhole;
         } else {
             QFile::remove(beside(file));
         }
@@ -78,7 +82,9 @@ void FileSet::repair(const QString &mark, const QStringList &names)
         for (const QString &name : names) {
             Flush::folderOf(target(name));
         }
-        QFile::remove(mark);
+        if (isWhole) {
+            QFile::remove(mark);
+        }
     }
 }
 
@@ -106,6 +112,16 @@ QString FileSet::write(const Member &member)
         file.setPermissions(QFile::permissions(member.name));
     }
     return FileWrite::all(file, member.bytes) ? Flush::file(file.handle()) : file.errorString();
+}
+
+// One that a repair has left would make a set count that is not written whole yet.
+QString FileSet::dropFormerMark() const
+{
+    QFile mark(mark_);
+    if (!mark.exists()) {
+        return QString();
+    }
+    return mark.remove() ? Flush::folderOf(mark_) : mark.errorString();
 }
 
 QString FileSet::prepare()

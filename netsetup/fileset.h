@@ -25,7 +25,8 @@ public:
     // The reason why nothing was replaced; empty on success.
     QString commit();
 
-    // What a commit that was cut off has left is completed or taken away.
+    // What a commit that was cut off has left is completed or taken away. Where one of the new ones
+    // cannot be put in place, the mark stays, and the next repair tries again.
     static void repair(const QString &mark, const QStringList &names);
 
 private:
@@ -39,6 +40,7 @@ private:
     static QString target(const QString &name);
     static QString beside(const QString &target);
     static QString write(const Member &member);
+    QString dropFormerMark() const;
     QString prepare();
     QString replaceAll();
     void putBack(int count) const;

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void tellsFailedFlush();
     void isRepairedWhereverItIsCut_data();
     void isRepairedWhereverItIsCut();
+    void isRepairedOnceItCanBe();
 
 private:
     static QString commit()
@@ -129,19 +130,25 @@ void TestFileSet::tellsFailedFlush()
 void TestFileSet::isRepairedWhereverItIsCut_data()
 {
     QTest::addColumn<bool>("byDialog");
-    QTest::newRow("by repair()") << false;
-    QTest::newRow("by the dialog's model") << true;
+    QTest::addColumn<bool>("markIsLeft");
+    QTest::newRow("by repair()") << false << false;
+    QTest::newRow("by repair(), after one that failed") << false << true;
+    QTest::newRow("by the dialog's model") << true << false;
 }
 
 void TestFileSet::isRepairedWhereverItIsCut()
 {
     QFETCH(bool, byDialog);
+    QFETCH(bool, markIsLeft);
     using Model = DlgSetupNetwork::ModelSettings;
     const Contents after = byDialog ? NetworkFiles::asSaved() : replaced();
     bool wasReplaced = false;
     auto end = KilledRun::End::Killed;
     for (int call = 0; end != KilledRun::End::Finished; ++call) {
         init();
+        if (markIsLeft) {
+            TextFile::write(mark, QByteArray());
+        }
         end = KilledRun::before(call, [byDialog] {
             if (byDialog) {
                 Model model;
@@ -171,6 +178,26 @@ void TestFileSet::isRepairedWhereverItIsCut()
         QCOMPARE(TextFile::names(), NetworkFiles::all());
     }
     QVERIFY(wasReplaced);
+}
+
+void TestFileSet::isRepairedOnceItCanBe()
+{
+    // Cut off when the first one was in place.
+    const QString interfaceNew = NetworkFiles::interface() + QStringLiteral(".new");
+    const QString resolverNew = NetworkFiles::resolver() + QStringLiteral(".new");
+    TextFile::write(interfaceNew, "new interface");
+    TextFile::write(resolverNew, "new resolver");
+    TextFile::write(mark, QByteArray());
+    QVERIFY(QFile::remove(NetworkFiles::interface()));
+    QVERIFY(QDir().mkdir(NetworkFiles::interface()));
+    FileSet::repair(mark, NetworkFiles::all());
+    QCOMPARE(TextFile::content(NetworkFiles::resolver()), QByteArray("new resolver"));
+    QVERIFY(QFile::exists(mark));
+    QVERIFY(QFile::exists(interfaceNew));
+    QVERIFY(QDir().rmdir(NetworkFiles::interface()));
+    FileSet::repair(mark, NetworkFiles::all());
+    QCOMPARE(TextFile::content(NetworkFiles::interface()), QByteArray("new interface"));
+    QCOMPARE(TextFile::names(), NetworkFiles::all());
 }
 
 STALLO_TEST_MAIN(TestFileSet)
