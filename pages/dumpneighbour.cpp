@@ -7,6 +7,16 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace
+{
+
+bool isSame(const QString &one, const QString &other)
+{
+    return one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
 QString DumpNeighbour::refusal(const QString &name)
 {
     return hasNeighbour(name) ? tr("Another dump in this folder has the same index and photos. "
@@ -21,7 +31,8 @@ bool DumpNeighbour::hasNeighbour(const QString &name)
     const QFileInfoList files = own.absoluteDir().entryInfoList(
         {QLatin1Char('*') + VaskSettings::passbaseSuffix()}, QDir::Files | QDir::Hidden);
     for (const QFileInfo &file : files) {
-        if (file.baseName() == own.baseName() && file.fileName() != own.fileName() &&
+        const bool isOwnIndex = isSame(file.baseName(), own.baseName());
+        if (isOwnIndex && !isSame(file.fileName(), own.fileName()) &&
             !PhotoFiles::isSameFile(file.filePath(), name)) {
             return true;
         }

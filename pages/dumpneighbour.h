@@ -6,7 +6,8 @@
 
 // Index and photos of a dump are named by its name up to the first dot, so "01.03.tpp" and
 // "01.04.tpp" in one folder would share them, and each save would give the other dump wrong
-// devices.
+// devices. Capitals count as small letters, as they do on a stick; there the name of a dump in
+// other letters is the dump itself.
 //
 // Any thread.
 class DumpNeighbour

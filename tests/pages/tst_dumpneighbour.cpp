@@ -66,6 +66,9 @@ void TestDumpNeighbour::refusesName_data()
     row("proposal taken", "01.03.tpp 01-04.tpp", "01.04.tpp", refusal("01-04-2.tpp"));
     row("proposal taken by index", "01.03.tpp 01-04.x.tpp", "01.04.tpp", refusal("01-04-2.tpp"));
     row("without ending", "01.03.tpp", "01.04", refusal("01-04.tpp"));
+    row("other letters", "Gate.1.tpp", "gate.2.tpp", refusal("gate-2.tpp"));
+    row("other letters, ending too", "GATE.1.TPP", "gate.2.tpp", refusal("gate-2.tpp"));
+    row("itself in other letters", "Gate.1.tpp", "gate.1.tpp", none);
     row("itself", "01.03.tpp", "01.03.tpp", none);
     row("its own index and photos", "01.tpp.index 01.03.tpp", "01.03.tpp", none);
     row("a list in between", "01.03.csv 01.03.tpa", "01.04.tpp", none);
