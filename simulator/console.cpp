@@ -63,7 +63,8 @@ QString Console::help()
 {
     return QStringLiteral(
         "push [NUMBER] | burst N | rate R [COUNT] | split BYTES MSEC | raw HEX | awkward | count | "
-        "fault WORDS | faults | clear | drop | reset | gone MSEC | listen online|file on|off | "
+        "fault WORDS | faults | clear | drop | reset | gone MSEC | gone-without-a-word on|off | "
+        "listen online|file on|off | "
         "reading on|off | stored | active | put PATH FILE | remove PATH | restore PATH | "
         "late PATH MSEC | requests [PATH] | help | quit");
 }
@@ -198,6 +199,14 @@ QString Console::takeConnections(const QString &command, const QStringList &valu
         }
         device_->goneFor(msec);
         return done();
+    }
+    if (command == QLatin1String("gone-without-a-word")) {
+        if (values.size() != 1 || !isOnOff(values.first())) {
+            return failed(QStringLiteral("Usage: gone-without-a-word on|off"));
+        }
+        return device_->setCutOff(values.first() == QLatin1String("on"))
+                   ? done()
+                   : failed(QStringLiteral("Packets cannot be dropped here"));
     }
     if (command == QLatin1String("listen")) {
         return listen(values);

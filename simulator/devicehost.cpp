@@ -217,6 +217,11 @@ void DeviceHost::goneFor(int msec)
     run([msec](SimulatedDevice &device) { device.goneFor(msec); });
 }
 
+bool DeviceHost::setCutOff(bool on)
+{
+    return asked<bool>([on](SimulatedDevice &device) { return device.setCutOff(on); });
+}
+
 void DeviceHost::setOnLineReading(bool on)
 {
     run([on](SimulatedDevice &device) { device.onLine().setReading(on); });

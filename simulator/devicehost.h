@@ -89,6 +89,10 @@ public:
     void dropFileConnections();
     // Drops everything, listens to nothing, and comes back after msec on the same ports.
     void goneFor(int msec);
+    // On: gone without a word, as with a cable pulled. Every packet to the device is thrown away
+    // and nothing goes out, so connections stay, are not answered, and none can be made; a stop
+    // still ends them. Off: goes on where it was. False where the system cannot do it.
+    bool setCutOff(bool on);
     // Off: takes nothing more from the on-line connections, so that the panel's writes pile up.
     void setOnLineReading(bool on);
 

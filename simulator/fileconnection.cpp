@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/fileconnection.h"
 
+#include "simulator/packetdrop.h"
 #include "simulator/tcpreset.h"
 
 #include <QHostAddress>
@@ -64,6 +65,18 @@ void FileConnection::begin()
 void FileConnection::drop()
 {
     close(QStringLiteral("dropped"));
+}
+
+void FileConnection::setCutOff(bool on)
+{
+    cutOff_ = on;
+    PacketDrop::set(socket_->socketDescriptor(), on);
+    if (sender_ != nullptr) {
+        sender_->setHeldBack(on);
+    }
+    if (!on && heldBack_ != nullptr) {
+        take(std::exchange(heldBack_, nullptr));
+    }
 }
 
 void FileConnection::onReadyRead()
@@ -177,7 +190,16 @@ bool FileConnection::endsBeforeAnswer()
 void FileConnection::inTime(void (FileConnection::*step)())
 {
     if (faulty_ && fault_.kind == Fault::Kind::Delay) {
-        QTimer::singleShot(fault_.msec, Qt::PreciseTimer, this, step);
+        QTimer::singleShot(fault_.msec, Qt::PreciseTimer, this, [this, step] { take(step); });
+    } else {
+        take(step);
+    }
+}
+
+void FileConnection::take(void (FileConnection::*step)())
+{
+    if (cutOff_) {
+        heldBack_ = step;
     } else {
         (this->*step)();
     }

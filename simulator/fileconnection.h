@@ -37,6 +37,8 @@ public:
     void begin();
     void drop();
     void reset();
+    // On: the packets that come are thrown away, and nothing more is sent until it is off.
+    void setCutOff(bool on);
 
 Q_SIGNALS:
     // A whole file was uploaded and stored.
@@ -55,6 +57,7 @@ private:
     bool endsBeforeAnswer();
     // At once, or late when a fault asks for it.
     void inTime(void (FileConnection::*step)());
+    void take(void (FileConnection::*step)());
     void answerGet();
     void answerPut();
     void answer(const QByteArray &line);
@@ -75,6 +78,8 @@ private:
     Journal *journal_;
     DeviceTexts texts_;
     State state_ = State::Request;
+    bool cutOff_ = false;
+    void (FileConnection::*heldBack_)() = nullptr; // the answer, until the cut is over
     bool faulty_ = false;
     Fault fault_;
     FileSender *sender_ = nullptr; // a child, while it sends

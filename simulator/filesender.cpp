@@ -41,9 +41,15 @@ void FileSender::start()
     send();
 }
 
+void FileSender::setHeldBack(bool on)
+{
+    heldBack_ = on;
+    send();
+}
+
 void FileSender::send()
 {
-    while (!resting_ && socket_->bytesToWrite() < sendAhead) {
+    while (!resting_ && !heldBack_ && socket_->bytesToWrite() < sendAhead) {
         const qint64 length = std::min(pieceLimit, stop_ - sent_);
         const QByteArray bytes = piece(length);
         socket_->write(bytes);

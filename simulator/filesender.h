@@ -30,6 +30,8 @@ public:
     ~FileSender() override;
 
     void start();
+    // On: sends nothing more, as when the line does not take it; off: goes on.
+    void setHeldBack(bool on);
     qint64 sent() const { return sent_; }
     qint64 size() const { return size_; }
 
@@ -51,4 +53,5 @@ private:
     qint64 sent_ = 0;
     qint64 stop_ = 0; // the next place where something happens
     bool resting_ = true;
+    bool heldBack_ = false;
 };

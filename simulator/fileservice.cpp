@@ -39,6 +39,7 @@ void FileService::onNewConnection()
                                connections_.end());
             connection->deleteLater();
         });
+        connection->setCutOff(cutOff_);
         connection->begin();
     }
 }
@@ -56,5 +57,14 @@ void FileService::drop()
     const std::vector<FileConnection *> all = connections_;
     for (FileConnection *connection : all) {
         connection->drop();
+    }
+}
+
+void FileService::setCutOff(bool on)
+{
+    cutOff_ = on;
+    const std::vector<FileConnection *> all = connections_;
+    for (FileConnection *connection : all) {
+        connection->setCutOff(on);
     }
 }

@@ -29,6 +29,8 @@ public:
     int connections() const { return static_cast<int>(connections_.size()); }
     void drop();
     void reset();
+    // As of the on-line service.
+    void setCutOff(bool on);
 
 Q_SIGNALS:
     void uploaded(const QString &path);
@@ -42,5 +44,6 @@ private:
     int *connectionNumbers_;
     DeviceTexts texts_;
     QTcpServer server_;
+    bool cutOff_ = false;
     std::vector<FileConnection *> connections_; // children
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/onlineservice.h"
 
+#include "simulator/packetdrop.h"
 #include "simulator/tcpreset.h"
 
 #include <QHostAddress>
@@ -46,9 +47,11 @@ void OnLineService::onNewConnection()
         if (!reading_) {
             socket->setReadBufferSize(notReading);
         }
+        PacketDrop::set(socket->socketDescriptor(), cutOff_);
         const Connection connection{
             socket, ++*connectionNumbers_,
-            QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort())};
+            QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort()),
+            QByteArray()};
         connections_.push_back(connection);
         journal_->add(JournalEntry::Kind::OnLineOpened, connection.number, connection.peer,
                       QString());
@@ -118,14 +121,26 @@ std::vector<OnLineService::Connection>::iterator OnLineService::find(QTcpSocket 
 int OnLineService::send(const QByteArray &bytes)
 {
     int reached = 0;
-    for (const Connection &connection : connections_) {
-        if (connection.socket->state() == QAbstractSocket::ConnectedState) {
-            connection.socket->write(bytes);
-            connection.socket->flush();
-            ++reached;
-        }
+    const std::vector<Connection> all = connections_;
+    for (const Connection &connection : all) {
+        reached += write(connection.socket, bytes) ? 1 : 0;
     }
     return reached;
+}
+
+bool OnLineService::write(QTcpSocket *socket, const QByteArray &bytes)
+{
+    const auto connection = find(socket);
+    if (connection == connections_.end() || socket->state() != QAbstractSocket::ConnectedState) {
+        return false;
+    }
+    if (cutOff_) {
+        connection->heldBack += bytes;
+        return true;
+    }
+    socket->write(bytes);
+    socket->flush();
+    return true;
 }
 
 int OnLineService::sendPieces(const QVector<QByteArray> &pieces, int msec,
@@ -137,14 +152,10 @@ int OnLineService::sendPieces(const QVector<QByteArray> &pieces, int msec,
     }
     for (int place = 0; place < pieces.size(); ++place) {
         const bool last = place == pieces.size() - 1;
-        const auto step = [sockets, piece = pieces.at(place), last, done] {
+        const auto step = [this, sockets, piece = pieces.at(place), last, done] {
             bool reached = false;
             for (const QPointer<QTcpSocket> &socket : sockets) {
-                if (socket && socket->state() == QAbstractSocket::ConnectedState) {
-                    socket->write(piece);
-                    socket->flush();
-                    reached = true;
-                }
+                reached = (socket && write(socket, piece)) || reached;
             }
             if (last && reached) {
                 done();
@@ -182,5 +193,19 @@ void OnLineService::setReading(bool on)
     for (const Connection &connection : all) {
         connection.socket->setReadBufferSize(on ? 0 : notReading);
         read(connection.socket);
+    }
+}
+
+void OnLineService::setCutOff(bool on)
+{
+    cutOff_ = on;
+    const std::vector<Connection> all = connections_;
+    for (const Connection &connection : all) {
+        PacketDrop::set(connection.socket->socketDescriptor(), on);
+        const auto still = find(connection.socket);
+        if (!on && still != connections_.end()) {
+            still->heldBack.clear();
+            write(connection.socket, connection.heldBack);
+        }
     }
 }

@@ -44,6 +44,9 @@ public:
     void drop();
     void reset();
     void setReading(bool on);
+    // On: the packets of all connections, also of those that come by way of the listener, are
+    // thrown away, and what is sent is held back; off, it goes out.
+    void setCutOff(bool on);
 
 Q_SIGNALS:
     void opened();
@@ -54,12 +57,15 @@ private:
         QTcpSocket *socket; // a child
         int number;
         QString peer;
+        QByteArray heldBack;
     };
 
     void onNewConnection();
     void read(QTcpSocket *socket);
     void onDisconnected(QTcpSocket *socket);
     void take(char command);
+    // False when the connection is no more.
+    bool write(QTcpSocket *socket, const QByteArray &bytes);
     std::vector<Connection>::iterator find(QTcpSocket *socket);
 
     Journal *journal_;
@@ -67,6 +73,7 @@ private:
     QTcpServer server_;
     std::vector<Connection> connections_;
     bool reading_ = true;
+    bool cutOff_ = false;
     int barriers_ = 0;
     int reloads_ = 0;
     int keepAlives_ = 0;

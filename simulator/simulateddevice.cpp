@@ -5,6 +5,7 @@
 #include "simulator/faults.h"
 #include "simulator/filetree.h"
 #include "simulator/journal.h"
+#include "simulator/packetdrop.h"
 #include "simulator/photopainter.h"
 #include "simulator/samplefiles.h"
 
@@ -150,6 +151,7 @@ bool SimulatedDevice::listen(QTcpServer *server, quint16 *port, QString *error)
         return false;
     }
     *port = server->serverPort();
+    PacketDrop::set(server->socketDescriptor(), cutOff_);
     return true;
 }
 
@@ -183,6 +185,19 @@ void SimulatedDevice::goneFor(int msec)
     onLine_.reset();
     fileService_.drop();
     comeBack_.start(msec);
+}
+
+bool SimulatedDevice::setCutOff(bool on)
+{
+    control(on ? QStringLiteral("gone without a word") : QStringLiteral("heard again"));
+    cutOff_ = on;
+    bool done = true;
+    for (const QTcpServer *server : {&onLine_.server(), &fileService_.server()}) {
+        done = (!server->isListening() || PacketDrop::set(server->socketDescriptor(), on)) && done;
+    }
+    onLine_.setCutOff(on);
+    fileService_.setCutOff(on);
+    return done;
 }
 
 int SimulatedDevice::push(const OnLine &record)

@@ -59,6 +59,7 @@ public:
     bool setOnLineListening(bool on, QString *error = nullptr);
     bool setFileListening(bool on, QString *error = nullptr);
     void goneFor(int msec);
+    bool setCutOff(bool on);
     QByteArray storedAccessList() const;
     QByteArray activeAccessList() const { return activeList_; }
 
@@ -82,6 +83,7 @@ private:
     LiveFeed feed_;
     QByteArray activeList_;
     bool running_ = false;
+    bool cutOff_ = false;
     QTimer tick_;
     QTimer comeBack_;
     QElapsedTimer sinceRate_;

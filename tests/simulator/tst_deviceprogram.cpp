@@ -226,6 +226,9 @@ void DeviceProgramTest::answersEveryCommand_data()
     row("reset", "ok");
     row("gone 10", "ok");
     row("gone away", "error");
+    row("gone-without-a-word on", "ok");
+    row("gone-without-a-word off", "ok");
+    row("gone-without-a-word", "error Usage");
     row("listen online off", "ok");
     row("listen file on", "ok");
     row("listen somewhere on", "error");

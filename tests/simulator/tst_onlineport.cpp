@@ -25,6 +25,7 @@ private Q_SLOTS:
     void takesCommandsOnConnectionsOfTheirOwn();
     void dropsAndResets();
     void isGoneForAWhile();
+    void isCutOffForAWhile();
     void stopsReading();
     void sendsBursts();
     void sendsByItself();
@@ -175,6 +176,30 @@ void OnLinePortTest::isGoneForAWhile()
     QTRY_VERIFY(RawClient(host_->address(), host_->onLinePort()).isConnected());
     QVERIFY(timer.elapsed() >= 795);
     QTRY_VERIFY(RawClient(host_->address(), host_->filePort()).isConnected());
+}
+
+void OnLinePortTest::isCutOffForAWhile()
+{
+    const auto socket = connectOnLine();
+    QVERIFY(host_->setCutOff(true));
+    const OnLine passage = record();
+    QCOMPARE(host_->push(passage), 1);
+    socket->write("\xFF", 1);
+    QVERIFY(socket->waitForBytesWritten(patience));
+    // Neither answered nor refused, on both ports.
+    for (const quint16 port : {host_->onLinePort(), host_->filePort()}) {
+        QTcpSocket other;
+        other.connectToHost(host_->address(), port);
+        QVERIFY(!other.waitForConnected(500));
+        QCOMPARE(other.error(), QAbstractSocket::SocketTimeoutError);
+    }
+    QCOMPARE(socket->state(), QAbstractSocket::ConnectedState);
+    QCOMPARE(socket->bytesAvailable(), 0);
+    QCOMPARE(host_->keepAliveCount(), 0);
+    QVERIFY(host_->setCutOff(false));
+    QCOMPARE(read(socket.get(), 192), SampleRecords::bytes(passage));
+    QTRY_COMPARE(host_->keepAliveCount(), 1);
+    QVERIFY(RawClient(host_->address(), host_->filePort()).isConnected());
 }
 
 void OnLinePortTest::stopsReading()
