@@ -7,6 +7,7 @@
 #include "fuzz/playedpeer.h"
 #include "net/fileprotocol.h"
 #include "net/getfile.h"
+#include "net/requestpace.h"
 
 #include <memory>
 #include <optional>
@@ -64,6 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     }
     const QByteArray answer = FuzzTarget::bytes(data + head, size - head);
+    // One that hung up before would be asked once a second only.
+    RequestPace::answered(QStringLiteral("127.0.0.1"), peer().port());
     peer().begin(answer, data[0], static_cast<PlayedPeer::End>((data[1] & 0x7F) % 3));
     const QString local = FuzzTarget::scratch(QStringLiteral("download"));
     {
