@@ -127,7 +127,7 @@ void TestArchiveFiles::namesPhotos()
     Scan scan;
     scan.setNumber(QStringLiteral("A?1"));
     scan.setDateTime(QDateTime(QDate(2026, 11, 21), QTime(12, 0, 5), Qt::UTC));
-    QCOMPARE(ArchiveFiles::photo(table, scan),
+    QCOMPARE(ArchiveFiles::photo(table, scan, QStringLiteral("gate 1")),
              ArchiveFiles::photosOf(table) + QStringLiteral("/2026-11-21_12-00-05_A-1.jpeg"));
     // Where the photos of the table are downloaded to.
     settings_->setArchiveTempFile(table);
