@@ -122,6 +122,9 @@ bool isMessageSound(const QByteArray &messages, int place, int *steps)
             return false;
         }
         const quint32 length = hasLength ? wordAt(messages, place) : 0;
+        if (tag == TranslationTag && length % 2 != 0) {
+            return true; // a text without a translation; the reading ends
+        }
         place += 4;
         if (length > quint32(messages.size() - place)) {
             return false;

@@ -66,6 +66,7 @@ void TestCatalogueFile::isSound_data()
     QTest::newRow("nothing in it") << magic << true;
     QTest::newRow("a message without an end")
         << catalogue(first, message.left(message.size() - 1)) << true;
+    QTest::newRow("no translation") << catalogue(first, '\3' + word(0xFFFFFFFFU)) << true;
     QTest::newRow("contexts") << magic + block(0x2f, QByteArray("\0\1\0\1\0\0\1a\0", 9)) << true;
 
     QTest::newRow("empty") << QByteArray() << false;
@@ -74,7 +75,7 @@ void TestCatalogueFile::isSound_data()
     QTest::newRow("half an entry") << catalogue(first + word(2), message) << false;
     QTest::newRow("a place behind the messages") << catalogue(word(1) + word(10), message) << false;
     QTest::newRow("a translation beyond the end")
-        << catalogue(first, '\3' + word(5) + QByteArray(4, 'a')) << false;
+        << catalogue(first, '\3' + word(6) + QByteArray(4, 'a')) << false;
     QTest::newRow("a negative length")
         << catalogue(first, '\3' + word(0xFFFFFFF0U) + QByteArray(40, 'a')) << false;
     QTest::newRow("no room for a length") << catalogue(first, QByteArray("\6\0\0", 3)) << false;
