@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: MIT
 # Shared by run.sh and test.sh, which source it: installs what the build needs, and builds.
 
-packages="build-essential cmake ninja-build qtbase5-dev qttools5-dev-tools libbenchmark-dev libxcb1-dev locales
-xvfb xdotool fonts-dejavu-core procps tzdata desktop-file-utils appstream groff-base python3 lld e2fsprogs mount"
+packages="build-essential cmake ninja-build qtbase5-dev qttools5-dev-tools qttranslations5-l10n libbenchmark-dev
+libxcb1-dev locales xvfb xdotool fonts-dejavu-core procps tzdata desktop-file-utils appstream groff-base python3 lld
+e2fsprogs mount"
 
 prepare_packages() {
     missing=
