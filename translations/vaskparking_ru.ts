@@ -463,7 +463,7 @@
         <translation>Ошибка</translation>
     </message>
     <message>
-        <source>Can't store the network settings</source>
+        <source>Can&apos;t store the network settings</source>
         <translation>Не удалось сохранить настройки сети</translation>
     </message>
 </context>
@@ -588,6 +588,17 @@
     <message>
         <source>Can&apos;t download proper data</source>
         <translation>Не удалось загрузить данные</translation>
+    </message>
+</context>
+<context>
+    <name>ListEntry</name>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Can&apos;t read the record</source>
+        <translation>Не удалось прочитать запись</translation>
     </message>
 </context>
 <context>
@@ -840,17 +851,6 @@
     </message>
 </context>
 <context>
-    <name>ListEntry</name>
-    <message>
-        <source>Error</source>
-        <translation>Ошибка</translation>
-    </message>
-    <message>
-        <source>Can&apos;t read the record</source>
-        <translation>Не удалось прочитать запись</translation>
-    </message>
-</context>
-<context>
     <name>PassageTable</name>
     <message>
         <source>Error</source>
@@ -890,12 +890,15 @@
 <context>
     <name>QAbstractSocket</name>
     <message>
-        <source>Host not found</source>
-        <translation>Узел не найден</translation>
-    </message>
-    <message>
         <source>Socket operation timed out</source>
         <translation>Время на операцию истекло</translation>
+    </message>
+</context>
+<context>
+    <name>QNativeSocketEngine</name>
+    <message>
+        <source>The remote host closed the connection</source>
+        <translation>Удалённый узел закрыл соединение</translation>
     </message>
 </context>
 <context>
@@ -1009,6 +1012,13 @@
     </message>
 </context>
 <context>
+    <name>SourceGuard</name>
+    <message>
+        <source>The file changed while it was being read</source>
+        <translation>Файл изменился во время чтения</translation>
+    </message>
+</context>
+<context>
     <name>SpokenCell</name>
     <message>
         <source>%1: empty</source>
@@ -1017,13 +1027,6 @@
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
-    </message>
-</context>
-<context>
-    <name>SourceGuard</name>
-    <message>
-        <source>The file changed while it was being read</source>
-        <translation>Файл изменился во время чтения</translation>
     </message>
 </context>
 <context>

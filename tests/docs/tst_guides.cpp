@@ -28,6 +28,8 @@ bool isOfTheToolkit(const QString &message)
 {
     static const QStringList texts = {QStringLiteral("Connection refused"),
                                       QStringLiteral("Отказано в соединении"),
+                                      QStringLiteral("Host not found"),
+                                      QStringLiteral("Узел не найден"),
                                       QStringLiteral("Network unreachable"),
                                       QStringLiteral("Сеть недоступна"),
                                       QStringLiteral("The remote host closed the connection"),
