@@ -90,6 +90,7 @@ private:
     void downloadsAgain();
 
     std::unique_ptr<FileLimit> limit_;
+    Action atLastQuestion_; // of the dialogs before a download
     std::unique_ptr<AtHandover> handover_;
     QElapsedTimer sinceCancel_;
     qint64 endTook_ = -1;
@@ -108,6 +109,7 @@ void TestArchiveWidgetFaults::cleanup()
 {
     handover_.reset();
     limit_.reset();
+    atLastQuestion_ = nullptr;
     sinceCancel_.invalidate();
     endTook_ = -1;
     ArchiveCase::cleanup();
@@ -168,7 +170,7 @@ TestArchiveWidgetFaults::Plan TestArchiveWidgetFaults::planIdentifier(const QStr
         return {};
     }
     if (trouble == QLatin1String("full disk")) {
-        limitFiles(0)();
+        atLastQuestion_ = limitFiles(0); // the dialog before it stores the addresses
         return {requested(streams, 3), [this] { limit_.reset(); }};
     }
     if (trouble == QLatin1String("refused")) {
@@ -192,7 +194,7 @@ TestArchiveWidgetFaults::Plan TestArchiveWidgetFaults::planTransfer(const QStrin
         return {};
     }
     if (trouble == QLatin1String("full disk")) {
-        limitFiles(2000)();
+        atLastQuestion_ = limitFiles(2000);
         return {};
     }
     if (trouble == QLatin1String("refused")) {
@@ -326,7 +328,12 @@ void TestArchiveWidgetFaults::survives()
 
     QString heading;
     QString text;
-    page_->download(host(), Page::wholeArchive());
+    page_->download(host(), [this](QWidget *window) {
+        if (atLastQuestion_) {
+            atLastQuestion_();
+        }
+        Page::wholeArchive()(window);
+    });
     if (!error.isEmpty()) {
         page_->answers().expect(ModalAnswers::reading(&heading, &text));
     }
